@@ -1,0 +1,17 @@
+// The application base (portable parts).
+#include "clt_App.h"
+
+#include "clt_State.h"
+#include "clt_Trace.h"
+
+CltApp::CltApp() { clt_GetState()->m_pApp = this; }
+
+CltApp::~CltApp()
+{
+    clt_Trace("CltApp: ");
+    clt_Trace("Destruction\n");
+}
+
+int CltApp::Init() { return 0; }
+
+void CltApp::AppHook() {}

@@ -1,0 +1,31 @@
+// CltRect: left, top, right, bottom as signed 32-bit values. The point test counts the
+// right and bottom edges as inside.
+#pragma once
+
+#include <cstdint>
+
+struct CltRect
+{
+    int32_t left = 0, top = 0, right = 0, bottom = 0;
+
+    CltRect() = default;
+    CltRect(int32_t l, int32_t t, int32_t r, int32_t b) : left(l), top(t), right(r), bottom(b) {}
+
+    void Set(int32_t l, int32_t t, int32_t r, int32_t b) { *this = CltRect(l, t, r, b); }
+    int32_t Width() const { return right - left; }
+    int32_t Height() const { return bottom - top; }
+    bool IsEmpty() const { return right == left && bottom == top; }
+    bool Contains(int32_t x, int32_t y) const
+    {
+        return left <= x && x <= right && top <= y && y <= bottom;
+    }
+    void Offset(int32_t dx, int32_t dy)
+    {
+        left += dx, right += dx;
+        top += dy, bottom += dy;
+    }
+    bool operator!=(const CltRect& o) const
+    {
+        return left != o.left || top != o.top || right != o.right || bottom != o.bottom;
+    }
+};

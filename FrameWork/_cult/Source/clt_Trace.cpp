@@ -1,0 +1,27 @@
+// clt_Trace and the sink base (portable). The sinks that reach the system are in
+// clt_Trace_win.cpp.
+#include "clt_Trace.h"
+
+#include "clt_State.h"
+#include "clt_Text.h"
+
+namespace
+{
+char s_szTraceBuffer[CLT_FORMAT_BUFFER];
+}
+
+CltTraceSink::CltTraceSink() { clt_GetState()->m_pTraceSink = this; }
+
+void clt_Trace(const char* format, ...)
+{
+    CltTraceSink* sink = clt_GetState()->m_pTraceSink;
+    if (!sink) return;
+    va_list args;
+    va_start(args, format);
+    clt_FormatV(s_szTraceBuffer, format, args);
+    va_end(args);
+    s_szTraceBuffer[CLT_FORMAT_BUFFER - 1] = 0;
+    sink->Output(s_szTraceBuffer);
+}
+
+const char* clt_GetTraceBuffer() { return s_szTraceBuffer; }

@@ -1,0 +1,86 @@
+// LfxMain: the launcher core and the program's single application object.
+//
+// One static instance exists. The product launcher and the pages register with it
+// during static construction, before its own constructor runs; its storage is zero
+// until then, and the constructor touches only the CltApp part and m_strVersion, so the
+// lists, the launcher pointer and the TraceWin sink made by early construction survive.
+// Init runs the start-up steps in a fixed order; any step may end start-up, and every
+// path ends with exit code 0.
+#pragma once
+
+#include "../../_cult/Source/clt_App.h"
+#include "../../_cult/Source/clt_IndexList.h"
+#include "../../_cult/Source/clt_String.h"
+
+#include <cstdint>
+
+class CltTraceWinSink;
+class CVokSetup;
+class LfxLauncher;
+class LfxPage;
+
+using LfxPageList = CltIndexList<LfxPage*>;
+
+// Option bits of m_dwOptions, set from the command-line switches.
+constexpr uint32_t LFX_OPT_SHOW_VERSION = 0x01; // V
+constexpr uint32_t LFX_OPT_NO_HANDOVER = 0x02;  // DEBUG, V, Y
+constexpr uint32_t LFX_OPT_IMMEDIATE = 0x04;    // I
+constexpr uint32_t LFX_OPT_DEBUG_DIR = 0x08;    // DEBUG
+
+// Launcher states of m_dwState.
+constexpr uint32_t LFX_STATE_INSTALLED = 1;
+constexpr uint32_t LFX_STATE_NOT_INSTALLED = 2;
+constexpr uint32_t LFX_STATE_UNINSTALL = 3;
+
+class LfxMain : public CltApp
+{
+  public:
+    LfxMain();
+    ~LfxMain() override;
+    int Init() override;
+    void AppHook() override;
+
+    void RegisterLauncher(LfxLauncher* launcher);
+    void RegisterPage(LfxPage* page);
+
+    // Page navigation.
+    int ShowPage(const char* name);
+    int GoBack();
+    LfxPage* GetCurrentPage() const;
+
+    // Start-up steps, in the order Init runs them.
+    int PreInitializeLauncher();
+    int DetermineLauncherState();
+    int CheckMutex();
+    int PreInitializePages();
+    int PreCreateLauncher();
+
+    // Actions used by the start-up steps.
+    int ShowMessage(const char* text, uint32_t flags);
+    int LaunchProduct(int value, bool wait);
+    int RunInstaller();
+
+    // Fields, in this order; zero until set (see the header comment).
+    int32_t m_bInstallDX;
+    int32_t m_bRetail;
+    int32_t m_nDisks;
+    uint32_t m_dwOptions;
+    uint32_t m_dwState;
+    uint32_t m_dwInstalled;
+    CltString m_strVersion;
+    LfxPageList* m_lstPages;
+    LfxPageList* m_lstPageStack;
+    void* m_hMutex;
+    void* m_hSetupDll;
+    CVokSetup* m_pVokSetup;
+    LfxLauncher* m_pLauncher;
+    CltTraceWinSink* m_pTraceWinSink;
+
+  private:
+    void EarlyConstruct();
+    LfxPage* FindPage(CltString& list);
+};
+
+extern LfxMain g_LfxMain;
+// Every registered page, in registration order; the pages not yet chosen as active.
+extern LfxPageList* g_lstRegisteredPages;

@@ -1,0 +1,25 @@
+// CTarnLauncher: registration and the product hooks. The main window does not exist yet:
+// Run ends at once with exit code 0.
+#include "tarn_Launcher.h"
+
+#include "../FrameWork/_cult/Source/clt_Init.h"
+#include "../FrameWork/_cult/Source/clt_Keyword.h"
+#include "../FrameWork/_lfx/Source/lfx_System.h"
+
+#include <cstdlib>
+
+CLT_STATIC(CLT_INIT_PRODUCT_LAUNCHER) CTarnLauncher g_TarnLauncher;
+
+CTarnLauncher::CTarnLauncher() { g_LfxMain.RegisterLauncher(this); }
+
+CTarnLauncher::~CTarnLauncher() = default;
+
+int CTarnLauncher::Run() { return 0; }
+
+int CTarnLauncher::DestroyMainWindow() { return 1; }
+
+int CTarnLauncher::GetBuild()
+{
+    CltString build;
+    return atoi(clt_GetKeywordValue(build, "$Build: 3 $").c_str());
+}

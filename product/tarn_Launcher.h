@@ -1,0 +1,17 @@
+// CTarnLauncher: this product's launcher class, holding the product hooks that the
+// launcher core calls. One static instance registers itself during static construction.
+#pragma once
+
+#include "../FrameWork/_lfx/Source/lfx_Launcher.h"
+
+class CTarnLauncher : public LfxLauncher
+{
+  public:
+    CTarnLauncher();
+    ~CTarnLauncher() override;
+    int Run() override;
+    int DestroyMainWindow() override;
+    int GetBuild() override;
+};
+
+extern CTarnLauncher g_TarnLauncher;

@@ -1,0 +1,109 @@
+// CltEnvironment: names, tracing of writes, undefined names, Expand and Dump.
+#include "test_Support.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(CltEnvironment, NamesIgnoreCaseAndEveryWriteIsTracedAsPassed)
+{
+    TestScope scope;
+    CltEnvironment& env = *scope.env;
+    env.Set("datadir", "D:\\Install", true);
+    env.Set("LauncherDir", "D:\\", true);
+    env.Set("Empty", "", false);
+    env.Set("DataDir", "E:\\Data", true);
+    EXPECT_STREQ(env["DATADIR"].c_str(), "E:\\Data");
+    EXPECT_STREQ(env["Empty"].c_str(), "");
+    EXPECT_EQ(env.Has("empty", 10), 10);
+    EXPECT_EQ(env.Has("Missing", 10), 0);
+    EXPECT_EQ(scope.sink->texts,
+              (std::vector<std::string>{"datadir is [D:\\Install]\n", "LauncherDir is [D:\\]\n",
+                                        "Empty is empty.\n", "DataDir is [E:\\Data]\n"}));
+}
+
+TEST(CltEnvironment, MissingNamesReadTheUndefinedText)
+{
+    TestScope scope;
+    CltEnvironment& env = *scope.env;
+    EXPECT_STREQ(env["Nothing"].c_str(), "[Undefined]");
+    EXPECT_STREQ(env[""].c_str(), "[Undefined]");
+    env.Set("", "lost", false);
+    EXPECT_STREQ(env[""].c_str(), "[Undefined]");
+    env.Set("__undefined", "?", false);
+    EXPECT_STREQ(env["Nothing"].c_str(), "?");
+    EXPECT_EQ(env.Has("__UNDEFINED", 1), 1);
+}
+
+TEST(CltEnvironment, DumpListsBucketsInOrderThenInsertionOrder)
+{
+    TestScope scope;
+    CltString dump;
+    EXPECT_STREQ(scope.env->Dump(dump).c_str(), "__UNDEFINED: [Undefined]\n");
+
+    // Keys are stored upper-cased ("Ab" as "AB"). Buckets: X 88, AB 163, BA 195,
+    // __UNDEFINED 720.
+    scope.env->Set("ba", "1", false);
+    scope.env->Set("Ab", "", false);
+    scope.env->Set("X", "x", false);  // 'X' = 88
+    scope.env->Set("ba", "2", false); // replaced in place
+    EXPECT_STREQ(scope.env->Dump(dump).c_str(),
+                 "X: x\nAB: \nBA: 2\n__UNDEFINED: [Undefined]\n");
+}
+
+TEST(CltEnvironment, ExpandReplacesReferences)
+{
+    TestScope scope;
+    CltEnvironment& env = *scope.env;
+    env.Set("LauncherDir", "D:\\", false);
+    env.Set("A", "$[B]", false);
+    env.Set("A$[B", "nested", false);
+    struct Case
+    {
+        const char* text;
+        const char* expected;
+    } cases[] = {
+        {"plain text", "plain text"},
+        {"Comparing LauncherDir [$[LauncherDir]] and InstallDir [$[InstallDir]].\n",
+         "Comparing LauncherDir [D:\\] and InstallDir [[Undefined]].\n"},
+        {"$$[X]", "$$[X]"},
+        {"cost $5", "cost $5"},
+        {"$[a]$[a]", "$[B]$[B]"}, // an inserted value is not scanned again
+        {"end$", "end"},
+        {"a$[bc", "a"},
+        {"$[]", "[Undefined]"},
+        {"$[A$[B]]", "nested]"},
+        {"$[launcherdir]x", "D:\\x"},
+        {"", ""},
+    };
+    for (const Case& c : cases)
+    {
+        CltString out("stale");
+        EXPECT_STREQ(env.Expand(out, c.text).c_str(), c.expected) << c.text;
+    }
+}
+
+TEST(CltEnvironment, ExpandCutsLongResultsAt1023)
+{
+    TestScope scope;
+    std::string big(1500, 'v');
+    scope.env->Set("Big", big.c_str(), false);
+    CltString out;
+    scope.env->Expand(out, "$[Big]$[Big]");
+    EXPECT_EQ(out.length(), 1023u);
+    std::string longName = "$[" + std::string(2000, 'n') + "]tail";
+    scope.env->Expand(out, longName.c_str());
+    EXPECT_STREQ(out.c_str(), "[Undefined]tail");
+}
+
+#ifndef _WIN32
+TEST(CltEnvironmentDeathTest, RequiredEmptyValueFailsTheAssertion)
+{
+    EXPECT_EXIT(
+        {
+            TestScope scope;
+            scope.env->Set("Required", "", true);
+        },
+        testing::ExitedWithCode(0), "Assertion Failed: \"!strSecond.empty\\(\\)\"!");
+}
+#endif

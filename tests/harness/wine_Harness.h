@@ -1,0 +1,96 @@
+// Test harness for running the real programs under Wine (or Windows) as a user would.
+//
+// RunProgram starts a program as a debuggee, so that every text it sends to
+// OutputDebugStringA arrives byte-exact and in order, waits for its end with a time-out,
+// and meanwhile finds each message box the program shows, reads its title, text and
+// buttons from outside and clicks the button the test scripted.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace harness
+{
+struct MessageBoxRecord
+{
+    std::string title;
+    std::string text;
+    std::vector<int> buttons;            // control ids of the visible buttons, in id order
+    std::vector<std::string> buttonTexts; // their captions, same order
+    int answer = 0;                      // the id clicked
+    bool scripted = true;                // false when the script had no answer left
+};
+
+struct RunOptions
+{
+    std::string program;           // full path of the executable
+    std::string arguments;         // the text after the program's quoted path
+    std::string workingFolder;     // empty: the caller's current folder
+    std::vector<int> answers;      // button ids, one per expected message box, in order
+    DWORD timeoutMs = 30000;
+};
+
+struct RunResult
+{
+    bool started = false;
+    bool timedOut = false;
+    DWORD exitCode = 0xFFFFFFFF;
+    DWORD processId = 0;
+    std::vector<std::string> traces; // each OutputDebugStringA text, without terminator
+    std::vector<MessageBoxRecord> boxes;
+    std::string error;
+
+    std::string JoinedTrace() const;
+};
+
+RunResult RunProgram(const RunOptions& options);
+
+// A started program that the test does not debug (a viewer, a mutex holder).
+class Process
+{
+  public:
+    Process() = default;
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+    bool Start(const std::string& program, const std::string& arguments,
+               const std::string& workingFolder = "");
+    // Asks the process's top-level windows to close, waits, and ends it if needed.
+    DWORD Close(DWORD timeoutMs = 10000);
+    DWORD Id() const { return m_pi.dwProcessId; }
+    HANDLE Handle() const { return m_pi.hProcess; }
+
+  private:
+    PROCESS_INFORMATION m_pi = {};
+};
+
+// Waits until a top-level window of the class exists; returns it or null.
+HWND WaitForWindowClass(const char* className, DWORD timeoutMs = 10000);
+
+// Files and folders.
+std::string ExeFolder();                                 // folder of the running test program
+std::string TestRoot();                                  // a scratch folder for this test program
+std::string Join(const std::string& a, const std::string& b);
+bool MakeFolders(const std::string& path);
+bool WriteTextFile(const std::string& path, const std::string& content);
+std::string ReadTextFile(const std::string& path);
+bool RemoveTree(const std::string& path);
+bool CopyInto(const std::string& file, const std::string& folder, const std::string& newName = "");
+
+// Registry values under HKEY_LOCAL_MACHINE.
+bool SetRegString(const std::string& key, const std::string& name, const std::string& value);
+bool SetRegDword(const std::string& key, const std::string& name, DWORD value);
+bool DeleteRegTree(const std::string& key);
+
+// Splits a TraceWin record file into its records.
+struct TraceWinRecord
+{
+    std::string windowTag;
+    unsigned long dwData = 0;
+    unsigned long cbData = 0;
+    std::string text; // unescaped
+};
+std::vector<TraceWinRecord> ReadTraceWinRecords(const std::string& path);
+} // namespace harness
