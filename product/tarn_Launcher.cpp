@@ -10,13 +10,22 @@
 
 CLT_STATIC(CLT_INIT_PRODUCT_LAUNCHER) CTarnLauncher g_TarnLauncher;
 
-CTarnLauncher::CTarnLauncher() { g_LfxMain.RegisterLauncher(this); }
+CTarnLauncher::CTarnLauncher()
+{
+    g_LfxMain.RegisterLauncher(this);
+}
 
 CTarnLauncher::~CTarnLauncher() = default;
 
-int CTarnLauncher::Run() { return 0; }
+int CTarnLauncher::Run()
+{
+    return 0;
+}
 
-int CTarnLauncher::DestroyMainWindow() { return 1; }
+int CTarnLauncher::DestroyMainWindow()
+{
+    return 1;
+}
 
 int CTarnLauncher::GetBuild()
 {

@@ -26,19 +26,31 @@ bool IsDemoProduct()
     return strcmp(appType, "Demo") == 0;
 }
 
-CTarnInstallPage::CTarnInstallPage() { g_LfxMain.RegisterPage(this); }
+CTarnInstallPage::CTarnInstallPage()
+{
+    g_LfxMain.RegisterPage(this);
+}
 void CTarnInstallPage::ShowTitle() {}
-const uint32_t* CTarnInstallPage::GetButtonList() { return kInstallButtons; }
+const uint32_t* CTarnInstallPage::GetButtonList()
+{
+    return kInstallButtons;
+}
 void CTarnInstallPage::OnCommand(uint32_t) {}
 
-CTarnLaunchPage::CTarnLaunchPage() { g_LfxMain.RegisterPage(this); }
+CTarnLaunchPage::CTarnLaunchPage()
+{
+    g_LfxMain.RegisterPage(this);
+}
 int CTarnLaunchPage::OnAttach()
 {
     if (IsDemoProduct()) RemoveButton(2);
     return 1;
 }
 void CTarnLaunchPage::ShowTitle() {}
-const uint32_t* CTarnLaunchPage::GetButtonList() { return kLaunchButtons; }
+const uint32_t* CTarnLaunchPage::GetButtonList()
+{
+    return kLaunchButtons;
+}
 void CTarnLaunchPage::OnCommand(uint32_t) {}
 
 CTarnLaunchPageInt::CTarnLaunchPageInt() : CTarnLaunchPage(NoRegistration{})
@@ -46,19 +58,34 @@ CTarnLaunchPageInt::CTarnLaunchPageInt() : CTarnLaunchPage(NoRegistration{})
     g_LfxMain.RegisterPage(this);
 }
 
-CTarnHelpPage::CTarnHelpPage() { g_LfxMain.RegisterPage(this); }
+CTarnHelpPage::CTarnHelpPage()
+{
+    g_LfxMain.RegisterPage(this);
+}
 void CTarnHelpPage::ShowTitle() {}
-const uint32_t* CTarnHelpPage::GetButtonList() { return kHelpButtons; }
+const uint32_t* CTarnHelpPage::GetButtonList()
+{
+    return kHelpButtons;
+}
 void CTarnHelpPage::OnCommand(uint32_t) {}
 
-CTarnOptionsPage::CTarnOptionsPage() { g_LfxMain.RegisterPage(this); }
+CTarnOptionsPage::CTarnOptionsPage()
+{
+    g_LfxMain.RegisterPage(this);
+}
 int CTarnOptionsPage::OnAttach()
 {
     if (m_pMain && m_pMain->m_dwState == LFX_STATE_NOT_INSTALLED) RemoveButton(3);
     return 1;
 }
-void CTarnOptionsPage::ShowTitle() { m_bBusy = 0; }
-const uint32_t* CTarnOptionsPage::GetButtonList() { return kOptionsButtons; }
+void CTarnOptionsPage::ShowTitle()
+{
+    m_bBusy = 0;
+}
+const uint32_t* CTarnOptionsPage::GetButtonList()
+{
+    return kOptionsButtons;
+}
 void CTarnOptionsPage::OnCommand(uint32_t) {}
 
 // Registration order: INSTALL, LAUNCH, LAUNCH (INT), HELP, OPTIONS.

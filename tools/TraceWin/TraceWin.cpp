@@ -39,7 +39,8 @@ std::string Escape(const char* data, DWORD size)
         case '\r': out += "\\r"; break;
         case '\n': out += "\\n"; break;
         default:
-            if (c >= 0x20 && c < 0x7F) out += static_cast<char>(c);
+            if (c >= 0x20 && c < 0x7F)
+                out += static_cast<char>(c);
             else
             {
                 snprintf(hex, sizeof hex, "\\x%02X", c);
@@ -74,7 +75,8 @@ LRESULT OnCopyData(HWND window, const COPYDATASTRUCT* record)
     DWORD size = data ? record->cbData : 0;
     if (g_pRecordFile)
     {
-        fprintf(g_pRecordFile, "%s\t%08lX\t%lu\t%s\n", tag, static_cast<unsigned long>(record->dwData),
+        fprintf(g_pRecordFile, "%s\t%08lX\t%lu\t%s\n", tag,
+                static_cast<unsigned long>(record->dwData),
                 static_cast<unsigned long>(record->cbData), Escape(data, size).c_str());
         fflush(g_pRecordFile);
     }
@@ -84,11 +86,12 @@ LRESULT OnCopyData(HWND window, const COPYDATASTRUCT* record)
 
 void OnCreate(HWND window)
 {
-    HWND edit = CreateWindowExA(WS_EX_CLIENTEDGE, "EDIT", "",
-                                WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_READONLY |
-                                    ES_AUTOVSCROLL,
-                                0, 0, 0, 0, window, reinterpret_cast<HMENU>(kEditId), nullptr, nullptr);
-    SendMessageA(edit, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), FALSE);
+    HWND edit = CreateWindowExA(
+        WS_EX_CLIENTEDGE, "EDIT", "",
+        WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL, 0, 0, 0,
+        0, window, reinterpret_cast<HMENU>(kEditId), nullptr, nullptr);
+    SendMessageA(edit, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)),
+                 FALSE);
     SendMessageA(edit, EM_SETLIMITTEXT, 0, 0);
 }
 
@@ -141,7 +144,8 @@ std::string OptionValue(const char* commandLine, const char* option)
     bool quoted = *p == '"';
     if (quoted) ++p;
     const char* end = p;
-    while (*end && (quoted ? *end != '"' : *end != ' ')) ++end;
+    while (*end && (quoted ? *end != '"' : *end != ' '))
+        ++end;
     return std::string(p, end);
 }
 } // namespace

@@ -1,6 +1,6 @@
 # Sourced by the Wine scripts: the test session's prefix, display and Wine settings.
-# $1 (or WINE_SESSION_DIR) is the session folder, normally <build>/wine.
-WINE_SESSION_DIR=${WINE_SESSION_DIR:-$1}
+# WINE_SESSION_DIR is the session folder, normally <build>/wine.
+# WINE_SESSION_DIR must be set by the caller (dash passes no arguments to ".").
 export WINEPREFIX="$WINE_SESSION_DIR/prefix"
 export WINEDEBUG=-all
 # No Mono/Gecko install prompts and no desktop menu entries in the test prefix.

@@ -4,7 +4,10 @@
 #include "clt_State.h"
 #include "clt_Trace.h"
 
-CltApp::CltApp() { clt_GetState()->m_pApp = this; }
+CltApp::CltApp()
+{
+    clt_GetState()->m_pApp = this;
+}
 
 CltApp::~CltApp()
 {
@@ -12,6 +15,9 @@ CltApp::~CltApp()
     clt_Trace("Destruction\n");
 }
 
-int CltApp::Init() { return 0; }
+int CltApp::Init()
+{
+    return 0;
+}
 
 void CltApp::AppHook() {}

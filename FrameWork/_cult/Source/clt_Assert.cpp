@@ -20,8 +20,10 @@ CltString clt_AssertDumpText()
 {
     CltEnvironment* env = clt_GetState()->m_pEnv;
     CltString text;
-    if (env) env->Dump(text);
-    else text = "No environment present!";
+    if (env)
+        env->Dump(text);
+    else
+        text = "No environment present!";
     return text;
 }
 
@@ -29,7 +31,8 @@ CltString clt_AssertDumpText()
 // Without a desktop the box's texts go to the standard error, as if Retry were chosen.
 void clt_AssertFailed(const char* expression, const char* file, int line)
 {
-    fprintf(stderr, "Guru meditation failure!\n%s\n", clt_AssertMessage(expression, file, line).c_str());
+    fprintf(stderr, "Guru meditation failure!\n%s\n",
+            clt_AssertMessage(expression, file, line).c_str());
     fprintf(stderr, "Environment Dump\n%s", clt_AssertDumpText().c_str());
     fflush(stderr);
     _Exit(0);

@@ -17,5 +17,4 @@ CltString clt_AssertDumpText();
 
 #define CLT_ASSERT(cond) CLT_ASSERT_AT(cond, __LINE__)
 // For assertions whose reported line number is fixed independently of this file's layout.
-#define CLT_ASSERT_AT(cond, line)                                                          \
-    ((cond) ? (void)0 : clt_AssertFailed(#cond, CLT_SOURCE, (line)))
+#define CLT_ASSERT_AT(cond, line) ((cond) ? (void)0 : clt_AssertFailed(#cond, CLT_SOURCE, (line)))

@@ -45,8 +45,10 @@ void CltEnvironment::Set(const char* name, const char* value, bool mustNotBeEmpt
     CltString key = Normalise(name);
     // An empty name could never be read back, so it is not stored.
     if (!key.empty()) m_table.Set(key, strSecond);
-    if (strSecond.empty()) clt_Trace("%s is empty.\n", name);
-    else clt_Trace("%s is [%s]\n", name, strSecond.c_str());
+    if (strSecond.empty())
+        clt_Trace("%s is empty.\n", name);
+    else
+        clt_Trace("%s is [%s]\n", name, strSecond.c_str());
 }
 
 const CltString& CltEnvironment::operator[](const char* name) const
@@ -74,7 +76,8 @@ CltString& CltEnvironment::Expand(CltString& out, const char* text) const
     char result[kExpandBuffer] = {};
     char name[kExpandBuffer] = {};
     size_t nResult = 0, nName = 0;
-    auto put = [&](char c) {
+    auto put = [&](char c)
+    {
         if (nResult < kExpandBuffer - 1) result[nResult++] = c;
     };
 
@@ -84,8 +87,10 @@ CltString& CltEnvironment::Expand(CltString& out, const char* text) const
         switch (state)
         {
         case State::Text:
-            if (c == '$') state = State::Dollar;
-            else put(c);
+            if (c == '$')
+                state = State::Dollar;
+            else
+                put(c);
             break;
         case State::Dollar:
             if (c == '[')
@@ -106,7 +111,8 @@ CltString& CltEnvironment::Expand(CltString& out, const char* text) const
             {
                 name[nName] = 0;
                 const CltString& value = (*this)[name];
-                for (const char* v = value.c_str(); *v; ++v) put(*v);
+                for (const char* v = value.c_str(); *v; ++v)
+                    put(*v);
                 state = State::Text;
             }
             else if (nName < kExpandBuffer - 1)
@@ -122,12 +128,14 @@ CltString& CltEnvironment::Expand(CltString& out, const char* text) const
 CltString& CltEnvironment::Dump(CltString& out) const
 {
     out = "";
-    m_table.ForEach([&out](const CltString& key, const CltString& value) {
-        out += key;
-        out += ": ";
-        out += value;
-        out += "\n";
-    });
+    m_table.ForEach(
+        [&out](const CltString& key, const CltString& value)
+        {
+            out += key;
+            out += ": ";
+            out += value;
+            out += "\n";
+        });
     return out;
 }
 

@@ -108,7 +108,8 @@ template <typename K, typename V, typename Traits> class CltHashMap
     {
         if (m_ppBuckets)
         {
-            for (uint32_t b = 0; b < m_count; ++b) delete m_ppBuckets[b];
+            for (uint32_t b = 0; b < m_count; ++b)
+                delete m_ppBuckets[b];
             delete[] m_ppBuckets;
             m_ppBuckets = nullptr;
         }

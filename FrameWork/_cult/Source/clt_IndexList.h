@@ -52,10 +52,14 @@ template <typename T> class CltIndexList
         s.element = element;
         s.prev = p;
         s.next = (p == -1) ? m_head : m_pSlots[p].next;
-        if (p == -1) m_head = i;
-        else m_pSlots[p].next = i;
-        if (s.next == -1) m_tail = i;
-        else m_pSlots[s.next].prev = i;
+        if (p == -1)
+            m_head = i;
+        else
+            m_pSlots[p].next = i;
+        if (s.next == -1)
+            m_tail = i;
+        else
+            m_pSlots[s.next].prev = i;
         return i;
     }
     int32_t PushBack(const T& element) { return InsertAfter(m_tail, element); }
@@ -65,10 +69,14 @@ template <typename T> class CltIndexList
     void Remove(int32_t i)
     {
         Slot& s = m_pSlots[i];
-        if (s.prev == -1) m_head = s.next;
-        else m_pSlots[s.prev].next = s.next;
-        if (s.next == -1) m_tail = s.prev;
-        else m_pSlots[s.next].prev = s.prev;
+        if (s.prev == -1)
+            m_head = s.next;
+        else
+            m_pSlots[s.prev].next = s.next;
+        if (s.next == -1)
+            m_tail = s.prev;
+        else
+            m_pSlots[s.next].prev = s.prev;
         s.element = T();
         s.prev = -1;
         s.next = m_free;
@@ -81,7 +89,8 @@ template <typename T> class CltIndexList
         uint32_t capacity = m_capacity + kGrowBy;
         if (capacity < needed) capacity = needed;
         Slot* slots = new Slot[capacity]();
-        for (uint32_t k = 0; k < m_size; ++k) slots[k] = m_pSlots[k];
+        for (uint32_t k = 0; k < m_size; ++k)
+            slots[k] = m_pSlots[k];
         delete[] m_pSlots;
         m_pSlots = slots;
         m_capacity = capacity;

@@ -3,10 +3,16 @@
 
 #include "clt_Init.h"
 
-CltState::CltState() { m_hInstance = nullptr; }
+CltState::CltState()
+{
+    m_hInstance = nullptr;
+}
 
 CltState::~CltState() = default;
 
 CLT_STATIC(CLT_INIT_FRAMEWORK) static CltState s_state;
 
-CltState* clt_GetState() { return &s_state; }
+CltState* clt_GetState()
+{
+    return &s_state;
+}

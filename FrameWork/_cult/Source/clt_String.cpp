@@ -8,7 +8,10 @@
 
 namespace
 {
-uint32_t TextLength(const char* text) { return text ? static_cast<uint32_t>(strlen(text)) : 0; }
+uint32_t TextLength(const char* text)
+{
+    return text ? static_cast<uint32_t>(strlen(text)) : 0;
+}
 } // namespace
 
 char* CltString::NewBlock(uint32_t capacity)
@@ -32,13 +35,25 @@ void CltString::ReleaseBlock()
     if (header && --header->nRefs == 0) free(header);
 }
 
-CltString::CltString(const char* text) : m_pch(nullptr) { Assign(text, TextLength(text)); }
+CltString::CltString(const char* text) : m_pch(nullptr)
+{
+    Assign(text, TextLength(text));
+}
 
-CltString::CltString(const char* text, uint32_t length) : m_pch(nullptr) { Assign(text, length); }
+CltString::CltString(const char* text, uint32_t length) : m_pch(nullptr)
+{
+    Assign(text, length);
+}
 
-CltString::CltString(const CltString& other) : m_pch(nullptr) { *this = other; }
+CltString::CltString(const CltString& other) : m_pch(nullptr)
+{
+    *this = other;
+}
 
-CltString::~CltString() { ReleaseBlock(); }
+CltString::~CltString()
+{
+    ReleaseBlock();
+}
 
 CltString& CltString::operator=(const CltString& other)
 {

@@ -65,7 +65,10 @@ class CltString
     }
 
   private:
-    CltStringHeader* Hdr() { return m_pch ? reinterpret_cast<CltStringHeader*>(m_pch) - 1 : nullptr; }
+    CltStringHeader* Hdr()
+    {
+        return m_pch ? reinterpret_cast<CltStringHeader*>(m_pch) - 1 : nullptr;
+    }
     static char* NewBlock(uint32_t capacity);
     void ReleaseBlock();
     void Assign(const char* text, uint32_t length);

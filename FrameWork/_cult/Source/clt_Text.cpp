@@ -44,11 +44,13 @@ class BoundedWriter
     }
     void Put(const char* text, size_t n)
     {
-        for (size_t i = 0; i < n; ++i) Put(text[i]);
+        for (size_t i = 0; i < n; ++i)
+            Put(text[i]);
     }
     void Repeat(char c, long count)
     {
-        for (long i = 0; i < count; ++i) Put(c);
+        for (long i = 0; i < count; ++i)
+            Put(c);
     }
     bool Full() const { return m_n >= CLT_FORMAT_BUFFER - 1; }
     int Finish()
@@ -108,14 +110,20 @@ size_t ParseField(const char* p0, Field& f)
     if (*p == '.')
         for (++p; *p >= '0' && *p <= '9'; ++p)
             if (f.precision < 100000) f.precision = f.precision * 10 + (*p - '0');
-    if (*p == 'l') f.flags |= LONG, ++p;
-    else if (*p == 'h') f.flags |= SHORT, ++p;
-    else if (*p == 'w') f.flags |= WIDE, ++p;
+    if (*p == 'l')
+        f.flags |= LONG, ++p;
+    else if (*p == 'h')
+        f.flags |= SHORT, ++p;
+    else if (*p == 'w')
+        f.flags |= WIDE, ++p;
     else if (*p == 'I')
     {
-        if (p[1] == '6' && p[2] == '4') f.flags |= I64, p += 3;
-        else if (p[1] == '3' && p[2] == '2') p += 3;
-        else f.flags |= INTPTR, ++p;
+        if (p[1] == '6' && p[2] == '4')
+            f.flags |= I64, p += 3;
+        else if (p[1] == '3' && p[2] == '2')
+            p += 3;
+        else
+            f.flags |= INTPTR, ++p;
     }
     switch (*p)
     {
@@ -131,7 +139,10 @@ size_t ParseField(const char* p0, Field& f)
         f.flags |= ZERO | INTPTR | UPPER;
         f.type = FieldType::Hex;
         break;
-    case 'X': f.flags |= UPPER; f.type = FieldType::Hex; break;
+    case 'X':
+        f.flags |= UPPER;
+        f.type = FieldType::Hex;
+        break;
     case 'x': f.type = FieldType::Hex; break;
     default: f.type = FieldType::Unknown; return static_cast<size_t>(p - p0);
     }
@@ -142,15 +153,21 @@ size_t ParseField(const char* p0, Field& f)
 void PutNumber(BoundedWriter& out, Field& f, va_list& args)
 {
     int64_t value;
-    if (f.flags & INTPTR) value = static_cast<int64_t>(va_arg(args, intptr_t));
-    else if (f.flags & I64) value = static_cast<int64_t>(va_arg(args, long long));
-    else if (f.flags & LONG) value = static_cast<int32_t>(va_arg(args, long));
-    else value = va_arg(args, int);
+    if (f.flags & INTPTR)
+        value = static_cast<int64_t>(va_arg(args, intptr_t));
+    else if (f.flags & I64)
+        value = static_cast<int64_t>(va_arg(args, long long));
+    else if (f.flags & LONG)
+        value = static_cast<int32_t>(va_arg(args, long));
+    else
+        value = va_arg(args, int);
 
     bool negative = f.type == FieldType::Signed && value < 0;
     uint64_t magnitude = negative ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
-    if (f.flags & INTPTR) magnitude = static_cast<uintptr_t>(magnitude);
-    else if (!(f.flags & I64)) magnitude = static_cast<uint32_t>(magnitude);
+    if (f.flags & INTPTR)
+        magnitude = static_cast<uintptr_t>(magnitude);
+    else if (!(f.flags & I64))
+        magnitude = static_cast<uint32_t>(magnitude);
 
     const char* alphabet = (f.flags & UPPER) ? "0123456789ABCDEF" : "0123456789abcdef";
     unsigned base = f.type == FieldType::Hex ? 16 : 10;
@@ -176,7 +193,8 @@ void PutNumber(BoundedWriter& out, Field& f, va_list& args)
     }
     if (negative) out.Put('-');
     out.Repeat('0', body - len);
-    while (nDigits) out.Put(reversed[--nDigits]);
+    while (nDigits)
+        out.Put(reversed[--nDigits]);
     if (f.flags & LEFT) out.Repeat(' ', pad);
 }
 
@@ -201,17 +219,20 @@ void PutText(BoundedWriter& out, Field& f, va_list& args)
     case FieldType::Text:
         text = va_arg(args, const char*);
         if (!text) text = "(null)";
-        while (text[len] && (!f.precision || len < f.precision)) ++len;
+        while (text[len] && (!f.precision || len < f.precision))
+            ++len;
         break;
     case FieldType::WideText:
         wide = va_arg(args, const uint16_t*);
         if (!wide)
         {
             text = "(null)";
-            while (text[len] && (!f.precision || len < f.precision)) ++len;
+            while (text[len] && (!f.precision || len < f.precision))
+                ++len;
         }
         else
-            while (wide[len] && (!f.precision || len < f.precision)) ++len;
+            while (wide[len] && (!f.precision || len < f.precision))
+                ++len;
         break;
     default: break;
     }
@@ -260,7 +281,10 @@ int clt_PortableFormatV(char* buffer, const char* format, va_list args)
 }
 
 #ifndef _WIN32
-void clt_UpperCase(char* text) { clt_PortableUpperCase(text); }
+void clt_UpperCase(char* text)
+{
+    clt_PortableUpperCase(text);
+}
 int clt_FormatV(char* buffer, const char* format, va_list args)
 {
     return clt_PortableFormatV(buffer, format, args);

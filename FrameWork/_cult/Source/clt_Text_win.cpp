@@ -3,7 +3,10 @@
 
 #include <windows.h>
 
-void clt_UpperCase(char* text) { CharUpperA(text); }
+void clt_UpperCase(char* text)
+{
+    CharUpperA(text);
+}
 
 int clt_FormatV(char* buffer, const char* format, va_list args)
 {

@@ -10,7 +10,10 @@ namespace
 char s_szTraceBuffer[CLT_FORMAT_BUFFER];
 }
 
-CltTraceSink::CltTraceSink() { clt_GetState()->m_pTraceSink = this; }
+CltTraceSink::CltTraceSink()
+{
+    clt_GetState()->m_pTraceSink = this;
+}
 
 void clt_Trace(const char* format, ...)
 {
@@ -24,4 +27,7 @@ void clt_Trace(const char* format, ...)
     sink->Output(s_szTraceBuffer);
 }
 
-const char* clt_GetTraceBuffer() { return s_szTraceBuffer; }
+const char* clt_GetTraceBuffer()
+{
+    return s_szTraceBuffer;
+}

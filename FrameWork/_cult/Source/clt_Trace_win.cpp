@@ -8,7 +8,10 @@
 #include <cstring>
 #include <windows.h>
 
-void CltDebuggerSink::Output(const char* text) { OutputDebugStringA(text); }
+void CltDebuggerSink::Output(const char* text)
+{
+    OutputDebugStringA(text);
+}
 
 void CltTraceWinSink::Output(const char* text)
 {

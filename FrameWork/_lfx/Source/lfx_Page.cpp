@@ -2,13 +2,25 @@
 // on, so Show and Hide have nothing to create or remove.
 #include "lfx_Page.h"
 
-CltString LfxPage::GetVariant() { return CltString(); }
-int LfxPage::OnAttach() { return 1; }
+CltString LfxPage::GetVariant()
+{
+    return CltString();
+}
+int LfxPage::OnAttach()
+{
+    return 1;
+}
 LfxPage::~LfxPage() = default;
 
-int LfxButtonPage::Show() { return 1; }
+int LfxButtonPage::Show()
+{
+    return 1;
+}
 
-int LfxButtonPage::Hide(bool) { return 0; }
+int LfxButtonPage::Hide(bool)
+{
+    return 0;
+}
 
 void LfxButtonPage::RemoveButton(uint32_t command)
 {

@@ -46,6 +46,6 @@ class LfxButtonPage : public LfxPage
     }
 
   protected:
-    uint32_t m_nButtons = 0;            // entries seen by the last Show, removed included
+    uint32_t m_nButtons = 0;                  // entries seen by the last Show, removed included
     int32_t m_aRemoved[kMaxEntries + 1] = {}; // -1: the command's button is not shown
 };

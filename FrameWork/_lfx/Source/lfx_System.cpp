@@ -81,11 +81,20 @@ int LfxMain::Init()
     return m_pLauncher ? m_pLauncher->Run() : 0;
 }
 
-int LfxMain::PreInitializeLauncher() { return 1; }
+int LfxMain::PreInitializeLauncher()
+{
+    return 1;
+}
 
-int LfxMain::DetermineLauncherState() { return 1; }
+int LfxMain::DetermineLauncherState()
+{
+    return 1;
+}
 
-int LfxMain::CheckMutex() { return 1; }
+int LfxMain::CheckMutex()
+{
+    return 1;
+}
 
 int LfxMain::PreInitializePages()
 {
@@ -131,9 +140,12 @@ LfxPage* LfxMain::FindPage(CltString& list)
             LfxPage* page = g_lstRegisteredPages->Element(i);
             if (lstrcmpiA(page->GetVariant().c_str(), item.c_str()) == 0) return page;
         }
-        if (comma >= 0) list = CltString(list.c_str() + comma + 1);
-        else if (!list.empty()) list = "";
-        else return nullptr;
+        if (comma >= 0)
+            list = CltString(list.c_str() + comma + 1);
+        else if (!list.empty())
+            list = "";
+        else
+            return nullptr;
     }
     return nullptr;
 }
@@ -166,9 +178,15 @@ int LfxMain::ShowMessage(const char* text, uint32_t flags)
     return MessageBoxA(nullptr, text, g_Env["ProductName"].c_str(), flags);
 }
 
-int LfxMain::LaunchProduct(int, bool) { return 0; }
+int LfxMain::LaunchProduct(int, bool)
+{
+    return 0;
+}
 
-int LfxMain::RunInstaller() { return 0; }
+int LfxMain::RunInstaller()
+{
+    return 0;
+}
 
 int LfxMain::ShowPage(const char* name)
 {
@@ -191,8 +209,10 @@ int LfxMain::GoBack()
     if (!top) return 1;
     top->Hide(false);
     m_lstPageStack->Remove(m_lstPageStack->Head());
-    if (LfxPage* below = GetCurrentPage()) below->Show();
-    else if (m_pLauncher) m_pLauncher->DestroyMainWindow();
+    if (LfxPage* below = GetCurrentPage())
+        below->Show();
+    else if (m_pLauncher)
+        m_pLauncher->DestroyMainWindow();
     return 1;
 }
 

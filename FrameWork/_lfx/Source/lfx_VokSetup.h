@@ -18,11 +18,11 @@ struct VokDisplayDescription;
 class CVokSetup
 {
   public:
-    virtual void Reserved0() {}                              // slot 0, never called
-    virtual const char* GetString(uint16_t number) = 0;      // slot 1: text owned by the object
-    virtual int GetDirectXState() = 0;                       // slot 2: 1 ready, 4 stop silently
-    virtual int InstallDirectX(const char* folder) = 0;      // slot 3: 0 done, else restart
-    virtual void Release() = 0;                              // slot 4: destroys the object
+    virtual void Reserved0() {}                         // slot 0, never called
+    virtual const char* GetString(uint16_t number) = 0; // slot 1: text owned by the object
+    virtual int GetDirectXState() = 0;                  // slot 2: 1 ready, 4 stop silently
+    virtual int InstallDirectX(const char* folder) = 0; // slot 3: 0 done, else restart
+    virtual void Release() = 0;                         // slot 4: destroys the object
 
   protected:
     ~CVokSetup() = default;

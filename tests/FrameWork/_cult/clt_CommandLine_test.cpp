@@ -27,9 +27,9 @@ TEST(CltCommandLine, StoresSwitchesAndStopsWhereTheSyntaxEnds)
         {"-NO_SOUND", 0, {"NO is empty.\n"}},
         {"  -v   /i ", 1, {"V is empty.\n", "I is empty.\n"}},
         {"-x=1 -x=2", 1, {"X is [1]\n", "X is [2]\n"}},
-        {"-=x -", 1, {}},            // empty names are read and ignored
+        {"-=x -", 1, {}},                    // empty names are read and ignored
         {"-q=\"a\"b -r", 0, {"Q is [a]\n"}}, // one character after the quote is consumed
-        {"-a\"b\"", 0, {"A is empty.\n"}}, // the quote after a name is consumed
+        {"-a\"b\"", 0, {"A is empty.\n"}},   // the quote after a name is consumed
     };
     for (const Case& c : cases)
     {

@@ -12,7 +12,8 @@ namespace
 template <typename T> std::vector<T> Walk(const CltIndexList<T>& list)
 {
     std::vector<T> out;
-    for (int32_t i = list.Head(); i != -1; i = list.Next(i)) out.push_back(list.Element(i));
+    for (int32_t i = list.Head(); i != -1; i = list.Next(i))
+        out.push_back(list.Element(i));
     return out;
 }
 } // namespace
@@ -23,7 +24,8 @@ TEST(CltIndexList, GrowsBy256KeepsIndicesAndReusesFreedSlots)
     EXPECT_EQ(list.Head(), -1);
     EXPECT_EQ(list.Tail(), -1);
     std::vector<int32_t> index;
-    for (int v = 0; v < 300; ++v) index.push_back(list.PushBack(v));
+    for (int v = 0; v < 300; ++v)
+        index.push_back(list.PushBack(v));
     EXPECT_EQ(list.Capacity(), 512u);
     EXPECT_EQ(index[299], 299);
     list.Remove(index[0]);
@@ -81,10 +83,12 @@ TEST(CltHashMap, IteratesBucketsInOrderAndKeysInInsertionOrder)
     map.Set("BA", "3"); // replacing keeps the place
     keys.clear();
     std::vector<std::string> values;
-    map.ForEach([&](const CltString& k, const CltString& v) {
-        keys.push_back(k.c_str());
-        values.push_back(v.c_str());
-    });
+    map.ForEach(
+        [&](const CltString& k, const CltString& v)
+        {
+            keys.push_back(k.c_str());
+            values.push_back(v.c_str());
+        });
     ASSERT_EQ(keys.size(), 3u);
     EXPECT_EQ(keys[0], "BA");
     EXPECT_EQ(keys[1], "Ab");

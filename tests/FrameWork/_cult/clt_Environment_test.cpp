@@ -47,8 +47,7 @@ TEST(CltEnvironment, DumpListsBucketsInOrderThenInsertionOrder)
     scope.env->Set("Ab", "", false);
     scope.env->Set("X", "x", false);  // 'X' = 88
     scope.env->Set("ba", "2", false); // replaced in place
-    EXPECT_STREQ(scope.env->Dump(dump).c_str(),
-                 "X: x\nAB: \nBA: 2\n__UNDEFINED: [Undefined]\n");
+    EXPECT_STREQ(scope.env->Dump(dump).c_str(), "X: x\nAB: \nBA: 2\n__UNDEFINED: [Undefined]\n");
 }
 
 TEST(CltEnvironment, ExpandReplacesReferences)

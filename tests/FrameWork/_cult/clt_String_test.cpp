@@ -102,10 +102,8 @@ TEST(CltString, FindFindLastAndMid)
         const char* needle;
         int first, last;
     } cases[] = {
-        {"abc", "b", 1, 1},
-        {"$Revision: 24 $", "$", 0, 14},
-        {"a,b,c", ",", 1, 3},
-        {"abc", "abcd", -1, -1},
+        {"abc", "b", 1, 1},   {"$Revision: 24 $", "$", 0, 14},
+        {"a,b,c", ",", 1, 3}, {"abc", "abcd", -1, -1},
         {"", "a", -1, -1},
     };
     for (const Case& c : cases)

@@ -38,12 +38,12 @@ std::string System(const char* format, ...)
 #define EXPECT_SYSTEM_FORMAT(expected, ...)
 #endif
 
-#define EXPECT_FORMAT(expected, ...)                                                        \
-    do                                                                                     \
-    {                                                                                      \
-        std::string want = (expected);                                                     \
-        EXPECT_EQ(Portable(__VA_ARGS__), want) << #__VA_ARGS__;                            \
-        EXPECT_SYSTEM_FORMAT(want, __VA_ARGS__);                                           \
+#define EXPECT_FORMAT(expected, ...)                                                               \
+    do                                                                                             \
+    {                                                                                              \
+        std::string want = (expected);                                                             \
+        EXPECT_EQ(Portable(__VA_ARGS__), want) << #__VA_ARGS__;                                    \
+        EXPECT_SYSTEM_FORMAT(want, __VA_ARGS__);                                                   \
     } while (0)
 } // namespace
 
@@ -60,7 +60,8 @@ TEST(CltFormat, MatchesTheSystemFormatter)
     EXPECT_FORMAT("m_dwOptions is [0x0000000a]\n", "m_dwOptions is [0x%08x]\n", 10);
     EXPECT_FORMAT("        0xff", "%#10x", 255);
     EXPECT_FORMAT("0x000000ff", "%#08x", 255);
-    EXPECT_FORMAT("abc|  abc|abc  |ab|     ab", "%s|%5s|%-5s|%.2s|%7.2s", "abc", "abc", "abc", "abc", "abc");
+    EXPECT_FORMAT("abc|  abc|abc  |ab|     ab", "%s|%5s|%-5s|%.2s|%7.2s", "abc", "abc", "abc",
+                  "abc", "abc");
     EXPECT_FORMAT("(null)", "%s", static_cast<const char*>(nullptr));
     EXPECT_FORMAT("ok|  x|y  ", "%c%c|%3c|%-3c", 'o', 'k', 'x', 'y');
     EXPECT_FORMAT("100%", "100%%");
@@ -91,10 +92,11 @@ TEST(CltUpperCase, Windows1252Letters)
     struct Case
     {
         unsigned char in, out;
-    } cases[] = {{'a', 'A'}, {'z', 'Z'}, {'A', 'A'}, {'0', '0'}, {0xE9, 0xC9}, {0xFE, 0xDE},
-                 {0xFF, 0x9F}, {0x9A, 0x8A}, {0x9C, 0x8C}, {0x9E, 0x8E}, {0xF7, 0xF7},
-                 {0xDF, 0xDF}, {0xB5, 0xB5}, {0x80, 0x80}};
-    for (const Case& c : cases) EXPECT_EQ(clt_PortableUpperChar(c.in), c.out) << int(c.in);
+    } cases[] = {{'a', 'A'},   {'z', 'Z'},   {'A', 'A'},   {'0', '0'},   {0xE9, 0xC9},
+                 {0xFE, 0xDE}, {0xFF, 0x9F}, {0x9A, 0x8A}, {0x9C, 0x8C}, {0x9E, 0x8E},
+                 {0xF7, 0xF7}, {0xDF, 0xDF}, {0xB5, 0xB5}, {0x80, 0x80}};
+    for (const Case& c : cases)
+        EXPECT_EQ(clt_PortableUpperChar(c.in), c.out) << int(c.in);
     char text[] = "install\xE9-\xFF";
     clt_PortableUpperCase(text);
     EXPECT_STREQ(text, "INSTALL\xC9-\x9F");
@@ -107,7 +109,8 @@ TEST(CltUpperCase, MatchesCharUpperAForEveryByte)
     {
         char text[2] = {static_cast<char>(c), 0};
         CharUpperA(text);
-        EXPECT_EQ(static_cast<unsigned char>(text[0]), clt_PortableUpperChar(static_cast<unsigned char>(c)))
+        EXPECT_EQ(static_cast<unsigned char>(text[0]),
+                  clt_PortableUpperChar(static_cast<unsigned char>(c)))
             << "byte " << c;
     }
 }

@@ -18,7 +18,8 @@ class CapturingSink final : public CltTraceSink
     std::string Joined() const
     {
         std::string all;
-        for (const auto& t : texts) all += t;
+        for (const auto& t : texts)
+            all += t;
         return all;
     }
     std::vector<std::string> texts;
@@ -33,8 +34,10 @@ class TestScope
         m_savedSink = s->m_pTraceSink;
         m_savedEnv = s->m_pEnv;
         sink = std::make_unique<CapturingSink>();
-        if (withEnvironment) env = std::make_unique<CltEnvironment>();
-        else s->m_pEnv = nullptr;
+        if (withEnvironment)
+            env = std::make_unique<CltEnvironment>();
+        else
+            s->m_pEnv = nullptr;
     }
     ~TestScope()
     {

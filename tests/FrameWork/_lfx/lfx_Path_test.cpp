@@ -26,7 +26,8 @@ TEST(LfxPath, JoinPathPutsExactlyOneBackslashAtTheSeam)
     for (const Case& c : cases)
         EXPECT_STREQ(JoinPath(c.folder, c.name).c_str(), c.expected) << c.folder << " + " << c.name;
     // The registry folder with Company missing: Software\B\1.0.
-    EXPECT_STREQ(JoinPath(JoinPath(JoinPath("Software", ""), "B"), "1.0").c_str(), "Software\\B\\1.0");
+    EXPECT_STREQ(JoinPath(JoinPath(JoinPath("Software", ""), "B"), "1.0").c_str(),
+                 "Software\\B\\1.0");
 }
 
 TEST(LfxPath, NormaliseFolder)
@@ -34,9 +35,10 @@ TEST(LfxPath, NormaliseFolder)
     struct Case
     {
         const char *in, *out;
-    } cases[] = {{"E:\\", "E:\\"}, {"E:", "E:\\"}, {"D:\\Setup\\", "D:\\Setup"},
-                 {"D:\\Setup", "D:\\Setup"}, {"\\", ""}, {"", ""}};
-    for (const Case& c : cases) EXPECT_STREQ(NormaliseFolder(c.in).c_str(), c.out) << c.in;
+    } cases[] = {{"E:\\", "E:\\"},           {"E:", "E:\\"}, {"D:\\Setup\\", "D:\\Setup"},
+                 {"D:\\Setup", "D:\\Setup"}, {"\\", ""},     {"", ""}};
+    for (const Case& c : cases)
+        EXPECT_STREQ(NormaliseFolder(c.in).c_str(), c.out) << c.in;
 }
 
 TEST(CltKeyword, ValueBetweenColonAndClosingDollar)

@@ -79,8 +79,10 @@ MessageBoxRecord ReadBox(HWND box)
 void Click(HWND box, int id)
 {
     HWND button = GetDlgItem(box, id);
-    if (button) PostMessageA(button, BM_CLICK, 0, 0);
-    else PostMessageA(box, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0);
+    if (button)
+        PostMessageA(button, BM_CLICK, 0, 0);
+    else
+        PostMessageA(box, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0);
 }
 
 struct DebugSession
@@ -102,7 +104,8 @@ void DebugLoop(DebugSession* s)
     STARTUPINFOA si = {};
     si.cb = sizeof si;
     PROCESS_INFORMATION pi = {};
-    const char* folder = s->options.workingFolder.empty() ? nullptr : s->options.workingFolder.c_str();
+    const char* folder =
+        s->options.workingFolder.empty() ? nullptr : s->options.workingFolder.c_str();
     if (!CreateProcessA(s->options.program.c_str(), buffer.data(), nullptr, nullptr, FALSE,
                         DEBUG_ONLY_THIS_PROCESS, nullptr, folder, &si, &pi))
     {
@@ -132,6 +135,7 @@ void DebugLoop(DebugSession* s)
             ReadProcessMemory(pi.hProcess, info.lpDebugStringData, text.data(), text.size(), &read);
             text.resize(read);
             if (!text.empty() && text.back() == '\0') text.pop_back();
+            if (s->options.onTrace) s->options.onTrace(text);
             s->result.traces.push_back(text);
             break;
         }
@@ -161,7 +165,8 @@ void DebugLoop(DebugSession* s)
 std::string RunResult::JoinedTrace() const
 {
     std::string all;
-    for (const std::string& t : traces) all += t;
+    for (const std::string& t : traces)
+        all += t;
     return all;
 }
 
@@ -178,10 +183,16 @@ RunResult RunProgram(const RunOptions& options)
     DWORD start = GetTickCount();
     while (!session.done)
     {
-        if (GetTickCount() - start > options.timeoutMs && !session.result.timedOut)
+        if (options.timeoutMs != INFINITE && GetTickCount() - start > options.timeoutMs &&
+            !session.result.timedOut)
         {
             session.result.timedOut = true;
             TerminateProcess(session.process, 0xDEAD);
+        }
+        if (options.leaveBoxesToUser)
+        {
+            Sleep(50);
+            continue;
         }
         BoxSearch search{session.pid, &seen, nullptr};
         EnumWindows(FindNewBox, reinterpret_cast<LPARAM>(&search));
@@ -190,7 +201,8 @@ RunResult RunProgram(const RunOptions& options)
             seen.insert(search.found);
             Sleep(50); // let the box finish painting its controls
             MessageBoxRecord record = ReadBox(search.found);
-            if (nextAnswer < options.answers.size()) record.answer = options.answers[nextAnswer++];
+            if (nextAnswer < options.answers.size())
+                record.answer = options.answers[nextAnswer++];
             else
             {
                 // An unexpected box: close it so that the run can end, and report it.
@@ -208,7 +220,10 @@ RunResult RunProgram(const RunOptions& options)
     return session.result;
 }
 
-Process::~Process() { Close(); }
+Process::~Process()
+{
+    Close();
+}
 
 bool Process::Start(const std::string& program, const std::string& arguments,
                     const std::string& workingFolder)
@@ -292,7 +307,8 @@ std::string Join(const std::string& a, const std::string& b)
 bool MakeFolders(const std::string& path)
 {
     for (size_t i = 3; i <= path.size(); ++i)
-        if (i == path.size() || path[i] == '\\') CreateDirectoryA(path.substr(0, i).c_str(), nullptr);
+        if (i == path.size() || path[i] == '\\')
+            CreateDirectoryA(path.substr(0, i).c_str(), nullptr);
     return GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_DIRECTORY;
 }
 
@@ -312,7 +328,8 @@ std::string ReadTextFile(const std::string& path)
     std::string content;
     char buffer[4096];
     size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, f)) > 0) content.append(buffer, n);
+    while ((n = fread(buffer, 1, sizeof buffer, f)) > 0)
+        content.append(buffer, n);
     fclose(f);
     return content;
 }
@@ -328,7 +345,8 @@ bool RemoveTree(const std::string& path)
             std::string name = data.cFileName;
             if (name == "." || name == "..") continue;
             std::string full = Join(path, name);
-            if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) RemoveTree(full);
+            if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+                RemoveTree(full);
             else
             {
                 SetFileAttributesA(full.c_str(), FILE_ATTRIBUTE_NORMAL);
@@ -337,7 +355,8 @@ bool RemoveTree(const std::string& path)
         } while (FindNextFileA(find, &data));
         FindClose(find);
     }
-    return RemoveDirectoryA(path.c_str()) || GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES;
+    return RemoveDirectoryA(path.c_str()) ||
+           GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES;
 }
 
 bool CopyInto(const std::string& file, const std::string& folder, const std::string& newName)
@@ -404,15 +423,19 @@ std::vector<TraceWinRecord> ReadTraceWinRecords(const std::string& path)
                 continue;
             }
             char c = escaped[++i];
-            if (c == 'n') r.text += '\n';
-            else if (c == 't') r.text += '\t';
-            else if (c == 'r') r.text += '\r';
+            if (c == 'n')
+                r.text += '\n';
+            else if (c == 't')
+                r.text += '\t';
+            else if (c == 'r')
+                r.text += '\r';
             else if (c == 'x' && i + 2 < escaped.size() + 0)
             {
                 r.text += static_cast<char>(strtoul(escaped.substr(i + 1, 2).c_str(), nullptr, 16));
                 i += 2;
             }
-            else r.text += c;
+            else
+                r.text += c;
         }
         records.push_back(r);
     }

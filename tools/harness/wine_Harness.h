@@ -1,4 +1,5 @@
-// Test harness for running the real programs under Wine (or Windows) as a user would.
+// Harness for running the real programs under Wine (or Windows) as a user would; used by
+// the tests and by TraceRun.
 //
 // RunProgram starts a program as a debuggee, so that every text it sends to
 // OutputDebugStringA arrives byte-exact and in order, waits for its end with a time-out,
@@ -8,6 +9,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,10 +19,10 @@ struct MessageBoxRecord
 {
     std::string title;
     std::string text;
-    std::vector<int> buttons;            // control ids of the visible buttons, in id order
+    std::vector<int> buttons;             // control ids of the visible buttons, in id order
     std::vector<std::string> buttonTexts; // their captions, same order
-    int answer = 0;                      // the id clicked
-    bool scripted = true;                // false when the script had no answer left
+    int answer = 0;                       // the id clicked
+    bool scripted = true;                 // false when the script had no answer left
 };
 
 struct RunOptions
@@ -29,7 +31,9 @@ struct RunOptions
     std::string arguments;         // the text after the program's quoted path
     std::string workingFolder;     // empty: the caller's current folder
     std::vector<int> answers;      // button ids, one per expected message box, in order
-    DWORD timeoutMs = 30000;
+    DWORD timeoutMs = 30000;       // INFINITE: no time-out
+    bool leaveBoxesToUser = false; // true: boxes are neither read nor clicked
+    std::function<void(const std::string&)> onTrace; // called as each text arrives
 };
 
 struct RunResult
@@ -70,8 +74,8 @@ class Process
 HWND WaitForWindowClass(const char* className, DWORD timeoutMs = 10000);
 
 // Files and folders.
-std::string ExeFolder();                                 // folder of the running test program
-std::string TestRoot();                                  // a scratch folder for this test program
+std::string ExeFolder(); // folder of the running test program
+std::string TestRoot();  // a scratch folder for this test program
 std::string Join(const std::string& a, const std::string& b);
 bool MakeFolders(const std::string& path);
 bool WriteTextFile(const std::string& path, const std::string& content);

@@ -1,0 +1,150 @@
+// LfxMain's page choice (PreInitializePages, FindPage) and navigation (ShowPage, GoBack)
+// with pages and a launcher of the test's own.
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_lfx/Source/lfx_Launcher.h"
+#include "FrameWork/_lfx/Source/lfx_Page.h"
+#include "FrameWork/_lfx/Source/lfx_System.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+std::vector<std::string> g_events;
+
+class FakePage : public LfxPage
+{
+  public:
+    FakePage(const char* name, const char* variant) : m_name(name), m_variant(variant) {}
+    CltString GetName() override { return m_name; }
+    CltString GetVariant() override { return m_variant; }
+    int Show() override
+    {
+        g_events.push_back("show " + Label());
+        return 1;
+    }
+    int Hide(bool forward) override
+    {
+        g_events.push_back(std::string(forward ? "hide-forward " : "hide-back ") + Label());
+        return 0;
+    }
+    int OnAttach() override
+    {
+        g_events.push_back("attach " + Label());
+        return 1;
+    }
+    std::string Label() const { return std::string(m_name) + "/" + m_variant; }
+
+  private:
+    const char* m_name;
+    const char* m_variant;
+};
+
+class FakeLauncher : public LfxLauncher
+{
+  public:
+    int DestroyMainWindow() override
+    {
+        g_events.push_back("destroy window");
+        return 1;
+    }
+};
+
+FakeLauncher g_launcher;
+
+// Gives LfxMain fresh lists holding the given registered pages.
+void Register(const std::vector<FakePage*>& pages)
+{
+    delete g_lstRegisteredPages;
+    delete g_LfxMain.m_lstPages;
+    delete g_LfxMain.m_lstPageStack;
+    g_lstRegisteredPages = new LfxPageList;
+    g_LfxMain.m_lstPages = new LfxPageList;
+    g_LfxMain.m_lstPageStack = new LfxPageList;
+    g_LfxMain.m_pLauncher = &g_launcher;
+    g_LfxMain.m_strVersion = "v\n";
+    for (FakePage* p : pages)
+        g_lstRegisteredPages->PushBack(p);
+    g_events.clear();
+}
+
+std::vector<std::string> Active()
+{
+    std::vector<std::string> labels;
+    for (int32_t i = g_LfxMain.m_lstPages->Head(); i != -1; i = g_LfxMain.m_lstPages->Next(i))
+        labels.push_back(static_cast<FakePage*>(g_LfxMain.m_lstPages->Element(i))->Label());
+    return labels;
+}
+} // namespace
+
+TEST(LfxMainPages, LanguageChoosesOnePagePerName)
+{
+    FakePage install("INSTALL", ""), launch("LAUNCH", ""), launchInt("LAUNCH", "INT"),
+        launchDe("LAUNCH", "DE"), help("HELP", "");
+    struct Case
+    {
+        const char* language;
+        std::vector<FakePage*> registered;
+        std::vector<std::string> active;
+    } cases[] = {
+        {"INT", {&install, &launch, &launchInt, &help}, {"LAUNCH/INT", "INSTALL/", "HELP/"}},
+        {"INT", {&install, &launchInt, &launch, &help}, {"LAUNCH/INT", "INSTALL/", "HELP/"}},
+        {"FR", {&install, &launch, &launchInt, &help}, {"INSTALL/", "LAUNCH/", "HELP/"}},
+        {"FR,INT", {&install, &launch, &launchInt, &help}, {"LAUNCH/INT", "INSTALL/", "HELP/"}},
+        {"de,INT", {&launch, &launchInt, &launchDe}, {"LAUNCH/DE"}},
+        {"INT ", {&launch, &launchInt}, {"LAUNCH/"}}, // items are not trimmed
+        {"", {&install, &launchInt}, {"INSTALL/"}},   // a tag nobody asks for is never chosen
+    };
+    for (const Case& c : cases)
+    {
+        Register(c.registered);
+        g_Env.Set("Language", c.language, false);
+        EXPECT_EQ(g_LfxMain.PreInitializePages(), 1);
+        EXPECT_EQ(Active(), c.active) << c.language;
+    }
+}
+
+TEST(LfxMainPages, AttachedPagesAreListedInTheVersionText)
+{
+    FakePage install("INSTALL", ""), launch("LAUNCH", ""), launchInt("LAUNCH", "INT");
+    Register({&install, &launch, &launchInt});
+    g_Env.Set("Language", "INT", false);
+    g_LfxMain.PreInitializePages();
+    EXPECT_STREQ(g_LfxMain.m_strVersion.c_str(), "v\n\nPages:\n\tLAUNCH\tINT\n\tINSTALL\t\n");
+    EXPECT_EQ(g_events, (std::vector<std::string>{"attach LAUNCH/INT", "attach INSTALL/"}));
+    EXPECT_EQ(install.m_pMain, &g_LfxMain);
+    EXPECT_EQ(install.m_pLauncher, &g_launcher);
+
+    Register({});
+    g_LfxMain.PreInitializePages();
+    EXPECT_STREQ(g_LfxMain.m_strVersion.c_str(), "v\n"); // no page: nothing appended
+}
+
+TEST(LfxMainPages, ShowPageAndGoBackKeepAStack)
+{
+    FakePage launch("LAUNCH", ""), help("HELP", "");
+    Register({&launch, &help});
+    g_Env.Set("Language", "", false);
+    g_LfxMain.PreInitializePages();
+    g_events.clear();
+
+    EXPECT_EQ(g_LfxMain.GetCurrentPage(), nullptr);
+    EXPECT_EQ(g_LfxMain.ShowPage("install"), 0);
+    EXPECT_EQ(g_LfxMain.ShowPage("launch"), 0); // names compare case-sensitively
+    EXPECT_EQ(g_LfxMain.ShowPage("LAUNCH"), 1);
+    EXPECT_EQ(g_LfxMain.ShowPage("HELP"), 1);
+    EXPECT_EQ(g_LfxMain.ShowPage("HELP"), 1); // a page may stand on the stack twice
+    EXPECT_EQ(g_LfxMain.GetCurrentPage(), &help);
+    EXPECT_EQ(g_LfxMain.GoBack(), 1);
+    EXPECT_EQ(g_LfxMain.GoBack(), 1);
+    EXPECT_EQ(g_LfxMain.GetCurrentPage(), &launch);
+    EXPECT_EQ(g_LfxMain.GoBack(), 1);
+    EXPECT_EQ(g_LfxMain.GetCurrentPage(), nullptr);
+    EXPECT_EQ(g_events,
+              (std::vector<std::string>{"show LAUNCH/", "hide-forward LAUNCH/", "show HELP/",
+                                        "hide-forward HELP/", "show HELP/", "hide-back HELP/",
+                                        "show HELP/", "hide-back HELP/", "show LAUNCH/",
+                                        "hide-back LAUNCH/", "destroy window"}));
+}

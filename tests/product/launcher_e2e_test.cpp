@@ -1,0 +1,207 @@
+// End-to-end tests of the real executables under Wine: the launcher's start-up trace as
+// the debugger sees it, what the TraceWin viewer receives during static construction, and
+// the assertion boxes of a framework program, read and answered from outside.
+#include "harness/wine_Harness.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+using namespace harness;
+
+namespace
+{
+// The source tree as this Windows program sees it (Wine maps the host's root to Z:).
+std::string SourcePath(const std::string& relative)
+{
+    std::string path = std::string("Z:") + CLT_SOURCE_DIR + "/" + relative;
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+// The line of the first occurrence of 'needle' in a source file, counted from 1.
+int LineOf(const std::string& relative, const std::string& needle)
+{
+    std::string text = ReadTextFile(SourcePath(relative));
+    size_t at = text.find(needle);
+    if (at == std::string::npos) return -1;
+    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + at, '\n'));
+}
+
+// A folder of the test's own holding a copy of the launcher.
+std::string LauncherCopy(const std::string& folderName)
+{
+    std::string folder = Join(TestRoot(), folderName);
+    RemoveTree(folder);
+    EXPECT_TRUE(CopyInto(Join(ExeFolder(), "Launcher.exe"), folder));
+    return folder;
+}
+
+std::string AssertText(const std::string& expression, const std::string& file, int line)
+{
+    return "Assertion Failed: \"" + expression + "\"!\n\nFile:\t" + file + "\nLine:\t" +
+           std::to_string(line) +
+           "\n\nAbnormal Termination.\n\nSelect Retry for an environment dump.";
+}
+
+// The environment's bucket order: h = h * 33 + signed byte, modulo 1024.
+unsigned Bucket(const std::string& key)
+{
+    unsigned h = 0;
+    for (char c : key)
+        h = h * 33u + static_cast<unsigned>(static_cast<int>(static_cast<signed char>(c)));
+    return h % 1024;
+}
+
+std::string Dump(std::vector<std::pair<std::string, std::string>> entries)
+{
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const auto& a, const auto& b)
+                     { return Bucket(a.first) < Bucket(b.first); });
+    std::string text;
+    for (const auto& [key, value] : entries)
+        text += key + ": " + value + "\n";
+    return text;
+}
+
+const std::vector<std::string> kRegistrationTexts = {
+    "LfxMain: ", "Early construction completed.\n", "LfxMain: ", "Registering launcher\n",
+    "LfxMain: ", "Registering page [INSTALL]\n",    "LfxMain: ", "Registering page [LAUNCH]\n",
+    "LfxMain: ", "Registering page [LAUNCH]\n",     "LfxMain: ", "Registering page [HELP]\n",
+    "LfxMain: ", "Registering page [OPTIONS]\n"};
+} // namespace
+
+TEST(LauncherStartup, TraceFromEntryToDestructionIsExact)
+{
+    std::string folder = LauncherCopy("startup");
+    RunOptions run;
+    run.program = Join(folder, "Launcher.exe");
+    run.arguments = "-DISABLEMUTEX -x=\"a b\"";
+    run.workingFolder = folder;
+    RunResult r = RunProgram(run);
+    ASSERT_TRUE(r.started) << r.error;
+    EXPECT_FALSE(r.timedOut);
+    EXPECT_EQ(r.exitCode, 0u);
+    EXPECT_TRUE(r.boxes.empty());
+    std::vector<std::string> expected = {"WinMain: Initializing CltWinApp\n",
+                                         "DISABLEMUTEX is empty.\n",
+                                         "X is [a b]\n",
+                                         "ModuleFileName is [" + run.program + "]\n",
+                                         "CltApp: ",
+                                         "Running application...\n",
+                                         "LfxMain: ",
+                                         "Init started.\n",
+                                         "LfxMain: ",
+                                         "PreIninitializeLauncher started.\n",
+                                         "LfxMain: ",
+                                         "DetermineLauncherState started.\n",
+                                         "LfxMain: ",
+                                         "CheckMutex started.\n",
+                                         "LfxMain: ",
+                                         "PreInitializePages started.\n",
+                                         "LfxMain: ",
+                                         "PreCreateLauncher started.\n",
+                                         "LfxMain: ",
+                                         "Running launcher...",
+                                         "LfxMain: ",
+                                         "Destruction completed.\n",
+                                         "CltApp: ",
+                                         "Destruction\n"};
+    EXPECT_EQ(r.traces, expected);
+}
+
+TEST(LauncherStartup, TraceWinReceivesOnlyTheRegistrationTexts)
+{
+    std::string folder = LauncherCopy("tracewin");
+    std::string records = Join(folder, "tracewin.txt");
+    Process viewer;
+    ASSERT_TRUE(
+        viewer.Start(Join(ExeFolder(), "TraceWin.exe"), "/out:\"" + records + "\" /class:both"));
+    ASSERT_NE(WaitForWindowClass("TraceWin TRACE Window"), nullptr);
+    ASSERT_NE(WaitForWindowClass("MfxTraceWindow"), nullptr);
+
+    RunOptions run;
+    run.program = Join(folder, "Launcher.exe");
+    run.arguments = "-DISABLEMUTEX";
+    RunResult r = RunProgram(run);
+    EXPECT_EQ(r.exitCode, 0u);
+    EXPECT_EQ(viewer.Close(), 0u);
+
+    std::vector<TraceWinRecord> received = ReadTraceWinRecords(records);
+    std::vector<std::string> texts;
+    for (const TraceWinRecord& rec : received)
+    {
+        EXPECT_EQ(rec.windowTag, "twin"); // preferred over MfxTraceWindow
+        EXPECT_EQ(rec.dwData, 0x6E697774u);
+        EXPECT_EQ(rec.cbData, rec.text.size());
+        texts.push_back(rec.text);
+    }
+    EXPECT_EQ(texts, kRegistrationTexts);
+    // The debugger saw none of them: its first text is the entry's.
+    ASSERT_FALSE(r.traces.empty());
+    EXPECT_EQ(r.traces.front(), "WinMain: Initializing CltWinApp\n");
+}
+
+TEST(AssertionBox, RetryShowsTheDumpCancelDoesNotAndTheExitCodeIsZero)
+{
+    const std::string probe = Join(ExeFolder(), "assert_probe.exe");
+    const int probeLine =
+        LineOf("tests/FrameWork/_cult/assert_probe.cpp", "CLT_ASSERT(probeValue == 0)");
+    const int envLine =
+        LineOf("FrameWork/_cult/Source/clt_Environment.cpp", "CLT_ASSERT(!strSecond.empty())");
+    ASSERT_GT(probeLine, 0);
+    ASSERT_GT(envLine, 0);
+    const std::string failText =
+        AssertText("probeValue == 0", "tests/FrameWork/_cult/assert_probe", probeLine);
+    const std::string dump = Dump({{"__UNDEFINED", "[Undefined]"},
+                                   {"FAIL", ""},
+                                   {"MODULEFILENAME", probe},
+                                   {"PROBENAME", "Guru"},
+                                   {"PROBE EMPTY", ""}});
+    struct Case
+    {
+        const char* arguments;
+        std::vector<int> answers;
+        std::vector<std::pair<std::string, std::string>> boxes; // title, text
+    } cases[] = {
+        {"-FAIL",
+         {IDRETRY, IDOK},
+         {{"Guru meditation failure!", failText}, {"Environment Dump", dump}}},
+        {"-FAIL", {IDCANCEL}, {{"Guru meditation failure!", failText}}},
+        {"-NOENV",
+         {IDRETRY, IDOK},
+         {{"Guru meditation failure!", failText}, {"Environment Dump", "No environment present!"}}},
+        {"-EMPTY",
+         {IDCANCEL},
+         {{"Guru meditation failure!",
+           AssertText("!strSecond.empty()", "FrameWork/_cult/Source/clt_Environment", envLine)}}},
+    };
+    for (const Case& c : cases)
+    {
+        RunOptions run;
+        run.program = probe;
+        run.arguments = c.arguments;
+        run.answers = c.answers;
+        RunResult r = RunProgram(run);
+        SCOPED_TRACE(c.arguments);
+        EXPECT_FALSE(r.timedOut);
+        EXPECT_EQ(r.exitCode, 0u);
+        ASSERT_EQ(r.boxes.size(), c.boxes.size());
+        for (size_t i = 0; i < r.boxes.size(); ++i)
+        {
+            EXPECT_TRUE(r.boxes[i].scripted);
+            EXPECT_EQ(r.boxes[i].title, c.boxes[i].first);
+            EXPECT_EQ(r.boxes[i].text, c.boxes[i].second);
+        }
+        EXPECT_EQ(r.boxes[0].buttons, (std::vector<int>{IDCANCEL, IDRETRY}));
+        if (r.boxes.size() > 1)
+        {
+            EXPECT_EQ(r.boxes[1].buttons, (std::vector<int>{IDOK}));
+        }
+        // Nothing is traced once the assertion fails: no destruction texts.
+        for (const std::string& t : r.traces)
+            EXPECT_EQ(t.find("Destruction"), std::string::npos);
+    }
+}
