@@ -32,3 +32,9 @@ int CTarnLauncher::GetBuild()
     CltString build;
     return atoi(clt_GetKeywordValue(build, "$Build: 3 $").c_str());
 }
+
+void CTarnLauncher::AppendVersion(CltString& text)
+{
+    AppendVersionLine(text, "CTarnLauncher", "$Version: 0 $", "$Revision: 24 $",
+                      "$Modtime: 2/22/02 5:26p $");
+}

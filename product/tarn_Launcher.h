@@ -12,6 +12,7 @@ class CTarnLauncher : public LfxLauncher
     int Run() override;
     int DestroyMainWindow() override;
     int GetBuild() override;
+    void AppendVersion(CltString& text) override;
 };
 
 extern CTarnLauncher g_TarnLauncher;

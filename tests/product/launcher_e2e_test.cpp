@@ -2,6 +2,7 @@
 // the debugger sees it, what the TraceWin viewer receives during static construction, and
 // the assertion boxes of a framework program, read and answered from outside.
 #include "harness/wine_Harness.h"
+#include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
 
@@ -30,12 +31,14 @@ int LineOf(const std::string& relative, const std::string& needle)
     return 1 + static_cast<int>(std::count(text.begin(), text.begin() + at, '\n'));
 }
 
-// A folder of the test's own holding a copy of the launcher.
+// A product folder of the test's own: the launcher and its data folder.
 std::string LauncherCopy(const std::string& folderName)
 {
     std::string folder = Join(TestRoot(), folderName);
     RemoveTree(folder);
-    EXPECT_TRUE(CopyInto(Join(ExeFolder(), "Launcher.exe"), folder));
+    demo::Ini ini("Startup");
+    demo::MakeProduct(folder, ini);
+    DeleteRegTree(ini.RegistryKey());
     return folder;
 }
 
@@ -85,31 +88,33 @@ TEST(LauncherStartup, TraceFromEntryToDestructionIsExact)
     EXPECT_FALSE(r.timedOut);
     EXPECT_EQ(r.exitCode, 0u);
     EXPECT_TRUE(r.boxes.empty());
-    std::vector<std::string> expected = {"WinMain: Initializing CltWinApp\n",
-                                         "DISABLEMUTEX is empty.\n",
-                                         "X is [a b]\n",
-                                         "ModuleFileName is [" + run.program + "]\n",
-                                         "CltApp: ",
-                                         "Running application...\n",
-                                         "LfxMain: ",
-                                         "Init started.\n",
-                                         "LfxMain: ",
-                                         "PreIninitializeLauncher started.\n",
-                                         "LfxMain: ",
-                                         "DetermineLauncherState started.\n",
-                                         "LfxMain: ",
-                                         "CheckMutex started.\n",
-                                         "LfxMain: ",
-                                         "PreInitializePages started.\n",
-                                         "LfxMain: ",
-                                         "PreCreateLauncher started.\n",
-                                         "LfxMain: ",
-                                         "Running launcher...",
-                                         "LfxMain: ",
-                                         "Destruction completed.\n",
-                                         "CltApp: ",
-                                         "Destruction\n"};
-    EXPECT_EQ(r.traces, expected);
+    // The entry, the switches, the module path, then the start-up steps in their order
+    // (the configuration test checks every line in between).
+    std::vector<std::string> head = {"WinMain: Initializing CltWinApp\n",
+                                     "DISABLEMUTEX is empty.\n",
+                                     "X is [a b]\n",
+                                     "ModuleFileName is [" + run.program + "]\n",
+                                     "CltApp: ",
+                                     "Running application...\n",
+                                     "LfxMain: ",
+                                     "Init started.\n"};
+    ASSERT_GE(r.traces.size(), head.size());
+    EXPECT_EQ(std::vector<std::string>(r.traces.begin(), r.traces.begin() + head.size()), head);
+    std::vector<std::string> steps;
+    for (size_t i = 1; i < r.traces.size(); ++i)
+    {
+        bool step = r.traces[i].find(" started.\n") != std::string::npos ||
+                    r.traces[i] == "Running launcher...";
+        if (r.traces[i - 1] == "LfxMain: " && step) steps.push_back(r.traces[i]);
+    }
+    EXPECT_EQ(steps,
+              (std::vector<std::string>{"Init started.\n", "PreIninitializeLauncher started.\n",
+                                        "DetermineLauncherState started.\n",
+                                        "CheckMutex started.\n", "PreInitializePages started.\n",
+                                        "PreCreateLauncher started.\n", "Running launcher..."}));
+    EXPECT_EQ(std::vector<std::string>(r.traces.end() - 4, r.traces.end()),
+              (std::vector<std::string>{"LfxMain: ", "Destruction completed.\n",
+                                        "CltApp: ", "Destruction\n"}));
 }
 
 TEST(LauncherStartup, TraceWinReceivesOnlyTheRegistrationTexts)

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <memory>
 #include <set>
 #include <thread>
 
@@ -170,6 +171,90 @@ std::string RunResult::JoinedTrace() const
     return all;
 }
 
+struct BoxWatcher::State
+{
+    DWORD pid;
+    std::vector<int> answers;
+    std::vector<MessageBoxRecord> boxes;
+    std::atomic<bool> stop{false};
+    std::thread thread;
+};
+
+BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers) : m_state(new State)
+{
+    m_state->pid = processId;
+    m_state->answers = std::move(answers);
+    State* st = m_state;
+    st->thread = std::thread(
+        [st]
+        {
+            std::set<HWND> seen;
+            size_t next = 0;
+            while (!st->stop)
+            {
+                BoxSearch search{st->pid, &seen, nullptr};
+                EnumWindows(FindNewBox, reinterpret_cast<LPARAM>(&search));
+                if (search.found)
+                {
+                    seen.insert(search.found);
+                    Sleep(50); // let the box finish setting up its controls
+                    MessageBoxRecord record = ReadBox(search.found);
+                    if (next < st->answers.size())
+                        record.answer = st->answers[next++];
+                    else
+                    {
+                        record.scripted = false;
+                        record.answer = record.buttons.empty() ? IDCANCEL : record.buttons.back();
+                    }
+                    Click(search.found, record.answer);
+                    st->boxes.push_back(record);
+                }
+                Sleep(20);
+            }
+        });
+}
+
+std::vector<MessageBoxRecord> BoxWatcher::Stop()
+{
+    if (m_state->thread.joinable())
+    {
+        m_state->stop = true;
+        m_state->thread.join();
+    }
+    return m_state->boxes;
+}
+
+BoxWatcher::~BoxWatcher()
+{
+    Stop();
+    delete m_state;
+}
+
+namespace
+{
+struct TitleSearch
+{
+    const char* title;
+    HWND found;
+};
+
+BOOL CALLBACK FindTitledBox(HWND window, LPARAM param)
+{
+    auto* search = reinterpret_cast<TitleSearch*>(param);
+    if (!IsWindowVisible(window) || ClassOf(window) != "#32770") return TRUE;
+    if (WindowText(window) != search->title) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+} // namespace
+
+HWND FindMessageBox(const char* title)
+{
+    TitleSearch search{title, nullptr};
+    EnumWindows(FindTitledBox, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 RunResult RunProgram(const RunOptions& options)
 {
     DebugSession session;
@@ -177,42 +262,22 @@ RunResult RunProgram(const RunOptions& options)
     session.ready = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     std::thread debugger(DebugLoop, &session);
     WaitForSingleObject(session.ready, INFINITE);
-
-    std::set<HWND> seen;
-    size_t nextAnswer = 0;
-    DWORD start = GetTickCount();
-    while (!session.done)
     {
-        if (options.timeoutMs != INFINITE && GetTickCount() - start > options.timeoutMs &&
-            !session.result.timedOut)
+        std::unique_ptr<BoxWatcher> watcher;
+        if (!options.leaveBoxesToUser && session.pid)
+            watcher = std::make_unique<BoxWatcher>(session.pid, options.answers);
+        DWORD start = GetTickCount();
+        while (!session.done)
         {
-            session.result.timedOut = true;
-            TerminateProcess(session.process, 0xDEAD);
-        }
-        if (options.leaveBoxesToUser)
-        {
-            Sleep(50);
-            continue;
-        }
-        BoxSearch search{session.pid, &seen, nullptr};
-        EnumWindows(FindNewBox, reinterpret_cast<LPARAM>(&search));
-        if (search.found)
-        {
-            seen.insert(search.found);
-            Sleep(50); // let the box finish painting its controls
-            MessageBoxRecord record = ReadBox(search.found);
-            if (nextAnswer < options.answers.size())
-                record.answer = options.answers[nextAnswer++];
-            else
+            if (options.timeoutMs != INFINITE && GetTickCount() - start > options.timeoutMs &&
+                !session.result.timedOut)
             {
-                // An unexpected box: close it so that the run can end, and report it.
-                record.scripted = false;
-                record.answer = record.buttons.empty() ? IDCANCEL : record.buttons.back();
+                session.result.timedOut = true;
+                TerminateProcess(session.process, 0xDEAD);
             }
-            Click(search.found, record.answer);
-            session.result.boxes.push_back(record);
+            Sleep(20);
         }
-        Sleep(20);
+        if (watcher) session.result.boxes = watcher->Stop();
     }
     debugger.join();
     if (session.process) CloseHandle(session.process);

@@ -51,6 +51,27 @@ struct RunResult
 
 RunResult RunProgram(const RunOptions& options);
 
+// Watches a process (the caller's own included) on a thread of its own: each message box
+// it shows is read and its scripted button clicked; boxes beyond the script are closed
+// with their last button and marked unscripted.
+class BoxWatcher
+{
+  public:
+    BoxWatcher(DWORD processId, std::vector<int> answers);
+    ~BoxWatcher();
+    BoxWatcher(const BoxWatcher&) = delete;
+    BoxWatcher& operator=(const BoxWatcher&) = delete;
+    // Stops watching and returns the boxes seen, in order.
+    std::vector<MessageBoxRecord> Stop();
+
+  private:
+    struct State;
+    State* m_state;
+};
+
+// A visible message box with this title, of any process, or null.
+HWND FindMessageBox(const char* title);
+
 // A started program that the test does not debug (a viewer, a mutex holder).
 class Process
 {

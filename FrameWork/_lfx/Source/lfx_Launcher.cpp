@@ -1,6 +1,10 @@
 // The launcher base's default hooks.
 #include "lfx_Launcher.h"
 
+#include "../../_cult/Source/clt_Keyword.h"
+
+#include <cstdlib>
+
 LfxLauncher::~LfxLauncher() = default;
 int LfxLauncher::PrepareLaunch(int, CltString&, CltString&)
 {
@@ -29,3 +33,13 @@ int LfxLauncher::GetBuild()
     return 0;
 }
 void LfxLauncher::LauncherHook() {}
+
+void AppendVersionLine(CltString& text, const char* name, const char* version, const char* revision,
+                       const char* modtime)
+{
+    CltString v, r, m, line;
+    line.format("%-15s\t: 1.%02d.%04d (%s)\n", name, atoi(clt_GetKeywordValue(v, version).c_str()),
+                atoi(clt_GetKeywordValue(r, revision).c_str()),
+                clt_GetKeywordValue(m, modtime).c_str());
+    if (!line.empty()) text += line;
+}

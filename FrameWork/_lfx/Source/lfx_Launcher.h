@@ -24,3 +24,8 @@ class LfxLauncher
 
     LfxMain* m_pMain = nullptr; // set by LfxMain::RegisterLauncher
 };
+
+// Appends "<name padded to 15>\t: 1.<version, 2 digits>.<revision, 4 digits> (<modtime>)\n"
+// to the text; the three values are taken out of version-control keyword texts.
+void AppendVersionLine(CltString& text, const char* name, const char* version, const char* revision,
+                       const char* modtime);

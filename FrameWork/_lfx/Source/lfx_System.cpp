@@ -5,8 +5,12 @@
 #include "lfx_Page.h"
 #include "lfx_VokSetup.h"
 
+#include "lfx_Path.h"
+
+#include "../../_cult/Source/clt_Assert.h"
 #include "../../_cult/Source/clt_Environment.h"
 #include "../../_cult/Source/clt_Init.h"
+#include "../../_cult/Source/clt_System.h"
 #include "../../_cult/Source/clt_Trace.h"
 
 #include <windows.h>
@@ -81,18 +85,274 @@ int LfxMain::Init()
     return m_pLauncher ? m_pLauncher->Run() : 0;
 }
 
+namespace
+{
+// The setup library's entry, callable with the environment's texts and compared with 0
+// like the function pointer it holds.
+struct SetupEntry
+{
+    PFN_VokSetup_GetSetup pfn;
+    int operator()(const CltString& dataDir, CVokSetup** ppSetup) const
+    {
+        return pfn(dataDir.c_str(), ppSetup);
+    }
+    friend bool operator!=(const SetupEntry& entry, int) { return entry.pfn != nullptr; }
+};
+
+CltString ModulePath()
+{
+    char path[MAX_PATH] = {};
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    return path;
+}
+
+// True when both paths name one existing file, however they are spelled.
+bool IsSameFile(const char* a, const char* b)
+{
+    auto identify = [](const char* path, BY_HANDLE_FILE_INFORMATION& info)
+    {
+        HANDLE file = CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file == INVALID_HANDLE_VALUE) return false;
+        bool ok = GetFileInformationByHandle(file, &info) != 0;
+        CloseHandle(file);
+        return ok;
+    };
+    BY_HANDLE_FILE_INFORMATION ia, ib;
+    return identify(a, ia) && identify(b, ib) &&
+           ia.dwVolumeSerialNumber == ib.dwVolumeSerialNumber &&
+           ia.nFileIndexHigh == ib.nFileIndexHigh && ia.nFileIndexLow == ib.nFileIndexLow;
+}
+} // namespace
+
+int LfxMain::GetIniString(const char* section, const char* key, CltString& out)
+{
+    clt_Trace("LfxMain: ");
+    clt_Trace("\tGetIniString - Section [%s] Key [%s] - ", section, key);
+    char value[MAX_PATH] = {};
+    if (GetPrivateProfileStringA(section, key, "", value, MAX_PATH, g_Env["IniPath"].c_str()) > 0)
+    {
+        clt_Trace("Success [%s]\n", value);
+        out = value;
+        return 1;
+    }
+    clt_Trace("Fail\n");
+    return 0;
+}
+
+int LfxMain::GetIniDWORD(const char* section, const char* key, int32_t& out)
+{
+    clt_Trace("LfxMain: ");
+    clt_Trace("\tGetIniDWORD - Section [%s] Key [%s] - ", section, key);
+    // 123456 stands for a missing key, so a key that holds exactly 123456 reads as missing.
+    int32_t value =
+        static_cast<int32_t>(GetPrivateProfileIntA(section, key, 123456, g_Env["IniPath"].c_str()));
+    if (value == 123456)
+    {
+        clt_Trace("Fail\n");
+        return 0;
+    }
+    clt_Trace("Success [%d]\n", value);
+    out = value;
+    return 1;
+}
+
+CltString LfxMain::GetSetupString(uint16_t number)
+{
+    CltString text;
+    if (m_pVokSetup) g_Env.Expand(text, m_pVokSetup->GetString(number));
+    return text;
+}
+
+CltString LfxMain::GetLauncherDir()
+{
+    if (m_dwOptions & LFX_OPT_DEBUG_DIR)
+    {
+        const CltString& debug = g_Env["Debug"];
+        if (!debug.empty()) return debug;
+        char current[MAX_PATH] = {};
+        GetCurrentDirectoryA(MAX_PATH, current);
+        return current;
+    }
+    CltString path = ModulePath();
+    int last = path.find_last("\\");
+    if (last < 0) return path;
+    // The root of a drive keeps its backslash: C:\ for C:\Launcher.exe.
+    int length = last == path.find("\\") ? last + 1 : last;
+    return path.mid(0, length);
+}
+
 int LfxMain::PreInitializeLauncher()
 {
+    m_dwState = 0;
+    m_dwOptions =
+        g_Env.Has("DEBUG", 0x0A) | g_Env.Has("I", 4) | g_Env.Has("V", 3) | g_Env.Has("Y", 2);
+    clt_Trace("LfxMain: ");
+    clt_Trace("m_dwOptions is [0x%08x]\n", m_dwOptions);
+    m_hMutex = nullptr;
+    g_Env.Set("LauncherDir", GetLauncherDir().c_str(), true);
+    if (!g_Env.Has("ANCHOR", 1)) g_Env.Set("Anchor", "Install", true);
+    if (m_pLauncher) m_pLauncher->OnDataDirHook();
+    g_Env.Set("DataDir", JoinPath(g_Env["LauncherDir"], g_Env["Anchor"]).c_str(), true);
+    g_Env.Set("IniPath", JoinPath(g_Env["DataDir"], "setup.ini").c_str(), true);
+    // The asserted expressions are reported as written: keep the formatter away from them.
+    // clang-format off
+    CLT_ASSERT_AT(clt_IsDirectoryPresent(g_Env["DataDir"]), 173);
+    CLT_ASSERT_AT(clt_IsFilePresent(g_Env["IniPath"]), 174);
+    // clang-format on
+
+    CltString company, product, version;
+    GetIniString("Registry", "Company", company);
+    GetIniString("Registry", "Product", product);
+    GetIniString("Registry", "Version", version);
+    g_Env.Set("RegistryFolder",
+              JoinPath(JoinPath(JoinPath("Software", company), product), version).c_str(), true);
+    const CltString registryFolder = g_Env["RegistryFolder"];
+
+    clt_RegGetDword(HKEY_LOCAL_MACHINE, registryFolder.c_str(), "Installed", m_dwInstalled);
+    if (m_dwInstalled == 1) return 0;
+
+    int32_t installDX = 0;
+    m_bInstallDX = GetIniDWORD("Startup", "InstallDX", installDX) && installDX != 0;
+    CltString appType;
+    GetIniString("Startup", "AppType", appType);
+    m_bRetail = lstrcmpiA(appType.c_str(), "RETAIL") == 0;
+
+    CltString installDir, launcherName, directXVersion, directXUrl, strSetupDll;
+    clt_RegGetString(HKEY_LOCAL_MACHINE, registryFolder.c_str(), "Install Path", installDir);
+    g_Env.Set("InstallDir", installDir.c_str(), false);
+    GetIniString("Files", "Launcher", launcherName);
+    g_Env.Set("LauncherName", launcherName.c_str(), true);
+    GetIniString("Startup", "DirectXVer", directXVersion);
+    g_Env.Set("DirectXVersion", directXVersion.c_str(), true);
+    GetIniString("Url", "DirectX", directXUrl);
+    g_Env.Set("DirectXUrl", directXUrl.c_str(), false);
+    GetIniDWORD("Startup", "Disks", m_nDisks);
+    clt_Trace("LfxMain: ");
+    clt_Trace("m_nDisks is [%d]\n", m_nDisks);
+    GetIniString("Files", "SetupDll", strSetupDll);
+    clt_Trace("LfxMain: ");
+    clt_Trace("strSetupDll is [%s]\n", strSetupDll.c_str());
+
+    // The setup library is the one library loaded from the data folder, by its full path.
+    m_hSetupDll = LoadLibraryA(JoinPath(g_Env["DataDir"], strSetupDll).c_str());
+    // clang-format off
+    CLT_ASSERT_AT(m_hSetupDll!=0, 227);
+    SetupEntry VokSetup_GetSetup{reinterpret_cast<PFN_VokSetup_GetSetup>(reinterpret_cast<void*>(
+        GetProcAddress(static_cast<HMODULE>(m_hSetupDll), "VokSetup_GetSetup")))};
+    CLT_ASSERT_AT(VokSetup_GetSetup!=0, 230);
+    CLT_ASSERT_AT(VokSetup_GetSetup(g_Env["DataDir"],&m_pVokSetup), 231);
+    // clang-format on
+
+    g_Env.Set("ProductName", GetSetupString(0xFF00).c_str(), true);
+    g_Env.Set("MediaName", GetSetupString(0xFF00).c_str(), true);
+    g_Env.Set("Language", GetSetupString(0xFFF0).c_str(), true);
+    g_Env.Set("CharacterSet", GetSetupString(0xFF04).c_str(), true);
+    BuildVersionText();
+    Trace("PreInitializeLauncher completed.\n");
     return 1;
+}
+
+// "<executable> (Build NNNN)", a blank line, then one version line per module.
+void LfxMain::BuildVersionText()
+{
+    CltString path = ModulePath();
+    int last = path.find_last("\\");
+    bool named = last >= 0 && uint32_t(last) + 1 < path.length();
+    CltString name = named ? path.mid(last + 1) : path;
+    m_strVersion.format("%s (Build %04d)\n\n", name.c_str(),
+                        m_pLauncher ? m_pLauncher->GetBuild() : 0);
+    AppendVersionLine(m_strVersion, "LfxMain", "$Version: 3 $", "$Revision: 114 $",
+                      "$Modtime: 2/12/02 5:05p $");
+    if (m_pLauncher) m_pLauncher->AppendVersion(m_strVersion);
+}
+
+// True when the launcher in the installation folder is this very program, reached through
+// another spelling of its folder: handing over to it would start a chain of launchers.
+bool LfxMain::IsInstalledLauncherRunning(const CltString& installedLauncher)
+{
+    return IsSameFile(installedLauncher.c_str(), ModulePath().c_str());
 }
 
 int LfxMain::DetermineLauncherState()
 {
+    if (m_dwInstalled != 2 || g_Env["InstallDir"].empty())
+    {
+        m_dwState = LFX_STATE_NOT_INSTALLED;
+        g_Env.Set("SourceDir", g_Env["LauncherDir"].c_str(), true);
+        clt_Trace("LfxMain: ");
+        clt_Trace("m_dwState is [%d]\n", m_dwState);
+        return 1;
+    }
+    Trace("Product is installed.\n");
+    CltString strFilProduct, strFilDir;
+    GetIniString("Files", "Product", strFilProduct);
+    clt_Trace("LfxMain: ");
+    clt_Trace("strFilProduct is [%s].\n", strFilProduct.c_str());
+    GetIniString("Folders", "Product", strFilDir);
+    clt_Trace("LfxMain: ");
+    clt_Trace("strFilDir is [%s].\n", strFilDir.c_str());
+    g_Env.Set("ProductDir", JoinPath(g_Env["InstallDir"], strFilDir).c_str(), true);
+    g_Env.Set("ProductExe", JoinPath(g_Env["ProductDir"], strFilProduct).c_str(), true);
+    CltString comparing;
+    g_Env.Expand(comparing,
+                 "Comparing LauncherDir [$[LauncherDir]] and InstallDir [$[InstallDir]].\n");
+    clt_Trace("LfxMain: ");
+    clt_Trace("%s", comparing.c_str());
+
+    CltString installedLauncher = JoinPath(g_Env["InstallDir"], g_Env["LauncherName"]);
+    if (clt_IsFilePresent(installedLauncher) &&
+        lstrcmpiA(g_Env["LauncherDir"].c_str(), g_Env["InstallDir"].c_str()) != 0 &&
+        !(m_dwOptions & LFX_OPT_NO_HANDOVER) && !IsInstalledLauncherRunning(installedLauncher))
+    {
+        Trace("Launcher is running from CD. Transferring to HD.\n");
+        Execute(installedLauncher.c_str(), "", g_Env["InstallDir"].c_str(), true, false);
+        return 0;
+    }
+    Trace("Launcher is running from HD or in debug mode.\n");
+    m_dwState = g_Env.Has("UNINSTALL", 1) ? LFX_STATE_UNINSTALL : LFX_STATE_INSTALLED;
+
+    CltString source;
+    clt_RegGetString(HKEY_LOCAL_MACHINE, g_Env["RegistryFolder"].c_str(), "Source Dir", source);
+    // An installation that did not record where it came from counts as installed from its
+    // own folder, so that the launcher still starts.
+    if (source.empty()) source = g_Env["InstallDir"];
+    g_Env.Set("SourceDir", NormaliseFolder(source).c_str(), true);
+    clt_Trace("LfxMain: ");
+    clt_Trace("m_dwState is [%d]\n", m_dwState);
     return 1;
 }
 
 int LfxMain::CheckMutex()
 {
+    CltString strLauncherMutex, strGameMutex;
+    GetIniString("Mutex", "Launcher", strLauncherMutex);
+    GetIniString("Mutex", "Product", strGameMutex);
+    clt_Trace("LfxMain: ");
+    clt_Trace("strLauncherMutex is [%s].\n", strLauncherMutex.c_str());
+    clt_Trace("LfxMain: ");
+    clt_Trace("strGameMutex is [%s].\n", strGameMutex.c_str());
+    // clang-format off
+    CLT_ASSERT_AT(!strLauncherMutex.empty(), 336);
+    CLT_ASSERT_AT(!strGameMutex.empty(), 337);
+    // clang-format on
+
+    // The game's mutex is only tested: created and closed at once, never held.
+    HANDLE game = CreateMutexA(nullptr, TRUE, strGameMutex.c_str());
+    DWORD error = GetLastError();
+    if (game) CloseHandle(game);
+    if (error == ERROR_ALREADY_EXISTS)
+    {
+        Trace("Game is already running.\n");
+        return 0;
+    }
+    m_hMutex = CreateMutexA(nullptr, TRUE, strLauncherMutex.c_str());
+    if (GetLastError() == ERROR_ALREADY_EXISTS)
+    {
+        Trace("Launcher is already running.\n");
+        return 0;
+    }
+    Trace("Launcher, Game are not running.\n");
     return 1;
 }
 
@@ -176,6 +436,14 @@ int LfxMain::PreCreateLauncher()
 int LfxMain::ShowMessage(const char* text, uint32_t flags)
 {
     return MessageBoxA(nullptr, text, g_Env["ProductName"].c_str(), flags);
+}
+
+int LfxMain::Execute(const char* file, const char* parameters, const char* folder,
+                     bool reportFailure, bool wait)
+{
+    if (clt_ShellExecute(file, parameters, folder, wait)) return 1;
+    if (reportFailure) ShowMessage(GetSetupString(0x5007).c_str(), MB_ICONHAND);
+    return 0;
 }
 
 int LfxMain::LaunchProduct(int, bool)

@@ -55,8 +55,16 @@ class LfxMain : public CltApp
     int PreInitializePages();
     int PreCreateLauncher();
 
-    // Actions used by the start-up steps.
+    // Configuration readers.
+    int GetIniString(const char* section, const char* key, CltString& out);
+    int GetIniDWORD(const char* section, const char* key, int32_t& out);
+    CltString GetSetupString(uint16_t number);
+    CltString GetLauncherDir();
+
+    // Actions.
     int ShowMessage(const char* text, uint32_t flags);
+    int Execute(const char* file, const char* parameters, const char* folder, bool reportFailure,
+                bool wait);
     int LaunchProduct(int value, bool wait);
     int RunInstaller();
 
@@ -78,6 +86,8 @@ class LfxMain : public CltApp
 
   private:
     void EarlyConstruct();
+    void BuildVersionText();
+    bool IsInstalledLauncherRunning(const CltString& installedLauncher);
     LfxPage* FindPage(CltString& list);
 };
 

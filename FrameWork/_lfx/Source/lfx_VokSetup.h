@@ -13,7 +13,23 @@
 #define VOK_CALL
 #endif
 
-struct VokDisplayDescription;
+// The display description that IVokHardware::DescribeDisplays fills. A plain record of
+// fixed size, so that a library built with any compiler can fill it: up to 16 devices,
+// names of up to 127 characters. Where a list is empty the default entry stands for
+// each device.
+constexpr uint32_t VOK_MAX_DISPLAYS = 16;
+constexpr uint32_t VOK_NAME_LENGTH = 128;
+struct VokDisplayDescription
+{
+    uint32_t nNames;                                  // entries of aszNames filled
+    char aszNames[VOK_MAX_DISPLAYS][VOK_NAME_LENGTH]; // device names
+    uint32_t nGuids;                                  // entries of aGuids filled
+    uint8_t aGuids[VOK_MAX_DISPLAYS][16];             // device GUIDs
+    char szDefaultName[VOK_NAME_LENGTH];              // used when no name is listed
+    uint8_t defaultGuid[16];                          // used when no GUID is listed
+    uint32_t nDisplays;                               // count of display devices
+    uint32_t dwReserved;                              // cleared by the launcher, not read
+};
 
 class CVokSetup
 {

@@ -1,0 +1,211 @@
+// VokSetup.dll: the demo product's setup library, and the model for publishers who make
+// their own. It supplies the launcher's texts (compiled from VokSetup.strings), reports
+// and installs DirectX, and describes the display devices that DirectDraw enumerates.
+//
+// DirectDraw is loaded only from the system folder. For tests, setup.ini beside this
+// library may hold a section [VokSetupTest] whose keys replace what the library reports:
+//   DirectXState=N      the result of GetDirectXState
+//   DirectXInstall=N    the result of InstallDirectX (no program is run)
+//   CheckDirectX=N      the result of VokSetup_CheckDirectX
+//   Displays=N          describe N display devices named "Test Display 1".. (0: none)
+#include "FrameWork/_lfx/Source/lfx_VokSetup.h"
+
+#include <windows.h>
+
+#include <d3d.h>
+#include <ddraw.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#define VOK_EXPORT extern "C" __declspec(dllexport)
+
+namespace
+{
+struct StringEntry
+{
+    uint16_t number;
+    const char* text;
+};
+const StringEntry kStrings[] = {
+#include "vok_Strings.inc"
+};
+
+HMODULE g_hModule = nullptr;
+
+// The value of [VokSetupTest] key in setup.ini beside this library, or 'fallback'.
+int TestSetting(const char* key, int fallback)
+{
+    char path[MAX_PATH] = {};
+    GetModuleFileNameA(g_hModule, path, MAX_PATH);
+    char* slash = strrchr(path, '\\');
+    if (!slash) return fallback;
+    strcpy(slash + 1, "setup.ini");
+    return static_cast<int>(GetPrivateProfileIntA("VokSetupTest", key, fallback, path));
+}
+
+constexpr int kNoSetting = -12345;
+
+HMODULE LoadSystemLibrary(const char* name)
+{
+    char path[MAX_PATH] = {};
+    UINT n = GetSystemDirectoryA(path, MAX_PATH);
+    if (n == 0 || n + strlen(name) + 2 > MAX_PATH) return nullptr;
+    strcat(path, "\\");
+    strcat(path, name);
+    return LoadLibraryA(path);
+}
+
+// 1 when DirectDraw creates a device and offers Direct3D on it, 2 when it does not.
+int ProbeDirectX()
+{
+    HMODULE ddraw = LoadSystemLibrary("ddraw.dll");
+    if (!ddraw) return 2;
+    using CreateFn = HRESULT(WINAPI*)(GUID*, IDirectDraw**, IUnknown*);
+    auto create = reinterpret_cast<CreateFn>(
+        reinterpret_cast<void*>(GetProcAddress(ddraw, "DirectDrawCreate")));
+    int state = 2;
+    IDirectDraw* dd = nullptr;
+    if (create && SUCCEEDED(create(nullptr, &dd, nullptr)) && dd)
+    {
+        IUnknown* d3d = nullptr;
+        if (SUCCEEDED(dd->QueryInterface(IID_IDirect3D7, reinterpret_cast<void**>(&d3d))) && d3d)
+        {
+            d3d->Release();
+            state = VOK_DIRECTX_READY;
+        }
+        dd->Release();
+    }
+    FreeLibrary(ddraw);
+    return state;
+}
+
+class DemoSetup final : public CVokSetup
+{
+  public:
+    const char* GetString(uint16_t number) override
+    {
+        size_t lo = 0, hi = sizeof kStrings / sizeof kStrings[0];
+        while (lo < hi)
+        {
+            size_t mid = (lo + hi) / 2;
+            if (kStrings[mid].number == number) return kStrings[mid].text;
+            if (kStrings[mid].number < number)
+                lo = mid + 1;
+            else
+                hi = mid;
+        }
+        return "";
+    }
+
+    int GetDirectXState() override
+    {
+        int forced = TestSetting("DirectXState", kNoSetting);
+        return forced != kNoSetting ? forced : ProbeDirectX();
+    }
+
+    // Runs DXSETUP.exe from the folder and waits for it; its exit code is the result
+    // (0: installed, anything else: Windows must restart).
+    int InstallDirectX(const char* folder) override
+    {
+        int forced = TestSetting("DirectXInstall", kNoSetting);
+        if (forced != kNoSetting) return forced;
+        std::string program = std::string(folder) + "\\DXSETUP.exe";
+        SHELLEXECUTEINFOA info = {};
+        info.cbSize = sizeof info;
+        info.fMask = SEE_MASK_NOCLOSEPROCESS;
+        info.lpVerb = "open";
+        info.lpFile = program.c_str();
+        info.lpParameters = "/silent";
+        info.lpDirectory = folder;
+        info.nShow = SW_SHOWNORMAL;
+        if (!ShellExecuteExA(&info) || !info.hProcess) return 0;
+        WaitForSingleObject(info.hProcess, INFINITE);
+        DWORD code = 0;
+        GetExitCodeProcess(info.hProcess, &code);
+        CloseHandle(info.hProcess);
+        return static_cast<int>(code);
+    }
+
+    void Release() override { delete this; }
+};
+
+void AddDisplay(VokDisplayDescription* desc, const GUID* guid, const char* name)
+{
+    if (desc->nDisplays >= VOK_MAX_DISPLAYS) return;
+    uint32_t i = desc->nDisplays++;
+    snprintf(desc->aszNames[i], VOK_NAME_LENGTH, "%s", name ? name : "");
+    memset(desc->aGuids[i], 0, 16);
+    if (guid) memcpy(desc->aGuids[i], guid, 16);
+    desc->nNames = desc->nGuids = desc->nDisplays;
+}
+
+BOOL WINAPI OnDisplay(GUID* guid, LPSTR description, LPSTR, LPVOID context)
+{
+    auto* desc = static_cast<VokDisplayDescription*>(context);
+    if (!guid) snprintf(desc->szDefaultName, VOK_NAME_LENGTH, "%s", description ? description : "");
+    AddDisplay(desc, guid, description);
+    return TRUE;
+}
+
+class DemoHardware final : public IVokHardware
+{
+  public:
+    void DescribeDisplays(void*, void*, VokDisplayDescription* desc) override
+    {
+        if (!desc) return;
+        int forced = TestSetting("Displays", kNoSetting);
+        if (forced != kNoSetting)
+        {
+            for (int i = 0; i < forced; ++i)
+            {
+                char name[32];
+                snprintf(name, sizeof name, "Test Display %d", i + 1);
+                AddDisplay(desc, nullptr, name);
+            }
+            return;
+        }
+        HMODULE ddraw = LoadSystemLibrary("ddraw.dll");
+        if (!ddraw) return;
+        using EnumerateFn = HRESULT(WINAPI*)(LPDDENUMCALLBACKA, LPVOID);
+        auto enumerate = reinterpret_cast<EnumerateFn>(
+            reinterpret_cast<void*>(GetProcAddress(ddraw, "DirectDrawEnumerateA")));
+        if (enumerate) enumerate(OnDisplay, desc);
+        FreeLibrary(ddraw);
+    }
+
+    void Release() override { delete this; }
+};
+} // namespace
+
+VOK_EXPORT int VOK_CALL VokSetup_GetSetup(const char* dataDir, CVokSetup** ppSetup)
+{
+    if (!dataDir || !ppSetup) return 0;
+    *ppSetup = new DemoSetup;
+    return 1;
+}
+
+VOK_EXPORT int VOK_CALL VokSetup_HardwareSetup(IVokHardware** ppHardware)
+{
+    if (!ppHardware) return 0;
+    *ppHardware = new DemoHardware;
+    return 1;
+}
+
+VOK_EXPORT void VOK_CALL VokSetup_Startup(const char*) {}
+
+VOK_EXPORT int VOK_CALL VokSetup_CheckDirectX()
+{
+    int forced = TestSetting("CheckDirectX", kNoSetting);
+    if (forced != kNoSetting) return forced;
+    return ProbeDirectX() == VOK_DIRECTX_READY ? 1 : 0;
+}
+
+VOK_EXPORT void VOK_CALL VokSetup_Shutdown() {}
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID)
+{
+    if (reason == DLL_PROCESS_ATTACH) g_hModule = instance;
+    return TRUE;
+}

@@ -1,0 +1,92 @@
+// The system utilities against the real registry, files and processes.
+#include "FrameWork/_cult/Source/clt_System.h"
+#include "harness/wine_Harness.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace harness;
+
+namespace
+{
+const char kKey[] = "Software\\LauncherTests\\System";
+}
+
+TEST(CltSystem, RegistryReadsFitTheirBuffersAndLeaveTheOutputOnFailure)
+{
+    DeleteRegTree(kKey);
+    ASSERT_TRUE(SetRegString(kKey, "Short", "abc"));
+    ASSERT_TRUE(SetRegString(kKey, "Long", std::string(1024, 'x'))); // 1025 bytes with the zero
+    ASSERT_TRUE(SetRegString(kKey, "Fits", std::string(1023, 'y'))); // exactly 1024 bytes
+    ASSERT_TRUE(SetRegDword(kKey, "Number", 0x12345678));
+
+    CltString text("unchanged");
+    EXPECT_FALSE(
+        clt_RegGetString(HKEY_LOCAL_MACHINE, "Software\\LauncherTests\\Missing", "Short", text));
+    EXPECT_FALSE(clt_RegGetString(HKEY_LOCAL_MACHINE, kKey, "Absent", text));
+    EXPECT_FALSE(clt_RegGetString(HKEY_LOCAL_MACHINE, kKey, "Long", text));
+    EXPECT_STREQ(text.c_str(), "unchanged");
+    EXPECT_TRUE(clt_RegGetString(HKEY_LOCAL_MACHINE, kKey, "Fits", text));
+    EXPECT_EQ(text.length(), 1023u);
+    EXPECT_TRUE(clt_RegGetString(HKEY_LOCAL_MACHINE, kKey, "Short", text));
+    EXPECT_STREQ(text.c_str(), "abc");
+
+    uint32_t number = 7;
+    EXPECT_TRUE(clt_RegGetDword(HKEY_LOCAL_MACHINE, kKey, "Number", number));
+    EXPECT_EQ(number, 0x12345678u);
+    number = 7;
+    EXPECT_FALSE(clt_RegGetDword(HKEY_LOCAL_MACHINE, kKey, "Fits", number)); // does not fit
+    EXPECT_EQ(number, 7u);
+    // The type is not checked: "abc" and its zero are four bytes.
+    EXPECT_TRUE(clt_RegGetDword(HKEY_LOCAL_MACHINE, kKey, "Short", number));
+    EXPECT_EQ(number, 0x00636261u);
+    DeleteRegTree(kKey);
+}
+
+TEST(CltSystem, FilesFoldersAndTheCurrentFolder)
+{
+    std::string root = Join(TestRoot(), "system");
+    RemoveTree(root);
+    ASSERT_TRUE(WriteTextFile(Join(root, "present.txt"), "x"));
+    char before[MAX_PATH] = {};
+    GetCurrentDirectoryA(MAX_PATH, before);
+
+    EXPECT_TRUE(clt_IsFilePresent(Join(root, "present.txt").c_str()));
+    EXPECT_FALSE(clt_IsFilePresent(Join(root, "absent.txt").c_str()));
+    EXPECT_FALSE(clt_IsFilePresent(root.c_str())); // a folder is no file
+    HANDLE locked = CreateFileA(Join(root, "present.txt").c_str(), GENERIC_READ, 0, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(locked, INVALID_HANDLE_VALUE);
+    EXPECT_FALSE(clt_IsFilePresent(Join(root, "present.txt").c_str()));
+    CloseHandle(locked);
+
+    EXPECT_TRUE(clt_IsDirectoryPresent(root.c_str()));
+    EXPECT_FALSE(clt_IsDirectoryPresent(Join(root, "absent").c_str()));
+    EXPECT_FALSE(clt_IsDirectoryPresent(Join(root, "present.txt").c_str()));
+    char after[MAX_PATH] = {};
+    GetCurrentDirectoryA(MAX_PATH, after);
+    EXPECT_STREQ(after, before);
+}
+
+TEST(CltSystem, ShellExecuteStartsAndWaits)
+{
+    std::string root = Join(TestRoot(), "shell");
+    RemoveTree(root);
+    ASSERT_TRUE(CopyInto(Join(ExeFolder(), "test_helper.exe"), root, "helper.exe"));
+    std::string helper = Join(root, "helper.exe");
+    {
+        // The shell reports the missing file itself, in a box of this process.
+        BoxWatcher watcher(GetCurrentProcessId(), {IDOK});
+        EXPECT_FALSE(clt_ShellExecute(Join(root, "missing.exe").c_str(), "", root.c_str(), true));
+        Sleep(300);
+        std::vector<MessageBoxRecord> boxes = watcher.Stop();
+        EXPECT_EQ(boxes.size(), 1u);
+    }
+    // With wait the helper has written its record when the call returns.
+    EXPECT_TRUE(clt_ShellExecute(helper.c_str(), "one two", root.c_str(), true));
+    EXPECT_EQ(ReadTextFile(helper + ".log"), "args=one two|cwd=" + root + "\n");
+    EXPECT_TRUE(clt_ShellExecute(helper.c_str(), nullptr, root.c_str(), true));
+    EXPECT_EQ(ReadTextFile(helper + ".log"),
+              "args=one two|cwd=" + root + "\nargs=|cwd=" + root + "\n");
+}

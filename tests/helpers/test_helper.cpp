@@ -1,0 +1,80 @@
+// A stand-in for the programs the launcher starts (the installed launcher, the game, the
+// installer), and a holder of named mutexes.
+//
+// Without -HOLD it appends to "<its own path>.log" one line per run:
+//   args=<the command line after the program's own name>|cwd=<the current folder>
+// and ends with exit code 0.
+// With -HOLD=NAME[,NAME...] it creates and holds those mutexes, writes "<path>.ready",
+// and waits until "<path>.release" exists (at most 60 s).
+#include <windows.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace
+{
+const char* ArgumentsAfterProgram(const char* p)
+{
+    if (*p == '"')
+    {
+        for (++p; *p && *p != '"'; ++p)
+        {
+        }
+        if (*p) ++p;
+    }
+    else
+        while (*p && *p != ' ')
+            ++p;
+    while (*p == ' ')
+        ++p;
+    return p;
+}
+
+std::string OwnPath()
+{
+    char path[MAX_PATH] = {};
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    return path;
+}
+
+void Touch(const std::string& path)
+{
+    if (FILE* f = fopen(path.c_str(), "wb")) fclose(f);
+}
+} // namespace
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
+{
+    const char* args = ArgumentsAfterProgram(GetCommandLineA());
+    std::string self = OwnPath();
+    if (strncmp(args, "-HOLD=", 6) == 0)
+    {
+        std::vector<HANDLE> held;
+        std::string names = args + 6;
+        for (size_t start = 0; start <= names.size();)
+        {
+            size_t comma = names.find(',', start);
+            if (comma == std::string::npos) comma = names.size();
+            held.push_back(CreateMutexA(nullptr, TRUE, names.substr(start, comma - start).c_str()));
+            start = comma + 1;
+        }
+        Touch(self + ".ready");
+        for (int i = 0;
+             i < 600 && GetFileAttributesA((self + ".release").c_str()) == INVALID_FILE_ATTRIBUTES;
+             ++i)
+            Sleep(100);
+        for (HANDLE h : held)
+            CloseHandle(h);
+        return 0;
+    }
+    char cwd[MAX_PATH] = {};
+    GetCurrentDirectoryA(MAX_PATH, cwd);
+    if (FILE* log = fopen((self + ".log").c_str(), "ab"))
+    {
+        fprintf(log, "args=%s|cwd=%s\n", args, cwd);
+        fclose(log);
+    }
+    return 0;
+}
