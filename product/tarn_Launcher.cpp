@@ -4,7 +4,13 @@
 
 #include "../FrameWork/_cult/Source/clt_Init.h"
 #include "../FrameWork/_cult/Source/clt_Keyword.h"
+#include "../FrameWork/_cult/Source/clt_Environment.h"
+#include "../FrameWork/_lfx/Source/lfx_DisplayProbe.h"
+#include "../FrameWork/_lfx/Source/lfx_Path.h"
 #include "../FrameWork/_lfx/Source/lfx_System.h"
+#include "tarn_Pages.h"
+
+#include <windows.h>
 
 #include <cstdlib>
 
@@ -37,4 +43,14 @@ void CTarnLauncher::AppendVersion(CltString& text)
 {
     AppendVersionLine(text, "CTarnLauncher", "$Version: 0 $", "$Revision: 24 $",
                       "$Modtime: 2/22/02 5:26p $");
+}
+
+// The game starts in LauncherDir\GameData with SourceDir as the process's current folder,
+// after the sound-device question and the display-device test.
+int CTarnLauncher::PrepareLaunch(int, CltString&, CltString& folder)
+{
+    folder = JoinPath(g_Env["LauncherDir"], "\\GameData");
+    SetCurrentDirectoryA(g_Env["SourceDir"].c_str());
+    CDisplayProbe probe(JoinPath(g_Env["DataDir"], "\\VokSetup.dll").c_str());
+    return CheckBeforeStart(nullptr, m_pMain) ? 1 : 0;
 }

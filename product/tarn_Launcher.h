@@ -11,6 +11,7 @@ class CTarnLauncher : public LfxLauncher
     ~CTarnLauncher() override;
     int Run() override;
     int DestroyMainWindow() override;
+    int PrepareLaunch(int value, CltString& parameters, CltString& folder) override;
     int GetBuild() override;
     void AppendVersion(CltString& text) override;
 };

@@ -5,6 +5,8 @@
 
 #include "../FrameWork/_lfx/Source/lfx_Page.h"
 
+#include <windows.h>
+
 class CTarnInstallPage : public LfxButtonPage
 {
   public:
@@ -64,3 +66,12 @@ class CTarnOptionsPage : public LfxButtonPage
 
 // The product is the demo when [Startup] AppType of DataDir\setup.ini is exactly "Demo".
 bool IsDemoProduct();
+
+class LfxMain;
+// The checks before a game program starts: the sound device (the player may go on
+// without sound) and at least one display device. Messages are owned by 'owner'.
+bool CheckBeforeStart(HWND owner, LfxMain* main);
+// The demo's own DirectX check through the setup library's exports.
+bool CheckDirectXViaSetup();
+// Starts the game's second program, trnmp.exe, after the same checks.
+bool LaunchSecondProgram(LfxMain* main);

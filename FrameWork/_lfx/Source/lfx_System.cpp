@@ -10,12 +10,21 @@
 #include "../../_cult/Source/clt_Assert.h"
 #include "../../_cult/Source/clt_Environment.h"
 #include "../../_cult/Source/clt_Init.h"
+#include "../../_cult/Source/clt_State.h"
 #include "../../_cult/Source/clt_System.h"
 #include "../../_cult/Source/clt_Trace.h"
 
 #include <windows.h>
 
+#include <dsound.h>
+#include <mmsystem.h>
+
 #define CLT_SOURCE "FrameWork/_lfx/Source/lfx_System"
+
+// Sections and keys of setup.ini named in assertion texts.
+#define SCT_FOLDERS "Folders"
+#define VAL_DIRECTX_CURRENT "DirectXCurrent"
+#define VAL_DIRECTX "DirectX"
 
 LfxPageList* g_lstRegisteredPages;
 
@@ -438,6 +447,30 @@ int LfxMain::ShowMessage(const char* text, uint32_t flags)
     return MessageBoxA(nullptr, text, g_Env["ProductName"].c_str(), flags);
 }
 
+HMODULE lfx_LoadSystemLibrary(const char* name)
+{
+    char path[MAX_PATH] = {};
+    UINT n = GetSystemDirectoryA(path, MAX_PATH);
+    if (n == 0 || n + lstrlenA(name) + 2 > MAX_PATH) return nullptr;
+    lstrcatA(path, "\\");
+    lstrcatA(path, name);
+    return LoadLibraryA(path);
+}
+
+void(WINAPI* g_pfnLfxGlobalMemoryStatus)(LPMEMORYSTATUS) = GlobalMemoryStatus;
+BOOL(WINAPI* g_pfnLfxExitWindowsEx)(UINT, DWORD) = ExitWindowsEx;
+
+int LfxMain::PlaySoundByName(const CltString& name, bool wait)
+{
+    PlaySoundA(nullptr, static_cast<HMODULE>(clt_GetState()->m_hInstance), SND_PURGE);
+    if (!name.empty())
+    {
+        CltString file = JoinPath(g_Env["DataDir"], name) + ".wav";
+        PlaySoundA(file.c_str(), nullptr, SND_FILENAME | (wait ? SND_SYNC : SND_ASYNC));
+    }
+    return 1;
+}
+
 int LfxMain::Execute(const char* file, const char* parameters, const char* folder,
                      bool reportFailure, bool wait)
 {
@@ -446,14 +479,206 @@ int LfxMain::Execute(const char* file, const char* parameters, const char* folde
     return 0;
 }
 
-int LfxMain::LaunchProduct(int, bool)
+int LfxMain::LaunchProduct(int value, bool wait)
 {
-    return 0;
+    if (!CheckMemory()) return 0;
+    int directX = CheckDirectX();
+    if (directX == -1) return 1;
+    if (directX == 0) return 0;
+    CltString parameters;
+    CltString folder = g_Env["ProductDir"];
+    if (folder.length() > 3 && folder.c_str()[folder.length() - 1] == '\\')
+        folder = folder.mid(0, int(folder.length()) - 1);
+    if (m_pLauncher && !m_pLauncher->PrepareLaunch(value, parameters, folder)) return 0;
+    return Execute(g_Env["ProductExe"].c_str(), parameters.c_str(), folder.c_str(), true, wait);
 }
 
 int LfxMain::RunInstaller()
 {
-    return 0;
+    if (m_pLauncher && !m_pLauncher->CanInstall()) return 0;
+    CltString installerName, parameters;
+    GetIniString("Files", "Installer", installerName);
+    CltString installer = JoinPath(g_Env["DataDir"], installerName);
+    GetIniString("Files", "CmdLine", parameters);
+    if (!CheckMedia()) return 0;
+    return Execute(installer.c_str(), parameters.c_str(), g_Env["LauncherDir"].c_str(), true,
+                   false);
+}
+
+int LfxMain::RunUninstaller()
+{
+    CltString strUninstall;
+    clt_RegGetString(HKEY_LOCAL_MACHINE, g_Env["RegistryFolder"].c_str(), "UninstallString",
+                     strUninstall);
+    // clang-format off
+    CLT_ASSERT_AT(!strUninstall.empty(), 1044);
+    // clang-format on
+    // The whole command goes to the shell as the file: it is not split into a program
+    // and its arguments.
+    SHELLEXECUTEINFOA info = {};
+    info.cbSize = sizeof info;
+    info.lpVerb = "open";
+    info.lpFile = strUninstall.c_str();
+    info.lpParameters = "";
+    info.lpDirectory = "C:\\";
+    info.nShow = SW_SHOWNORMAL;
+    if (!ShellExecuteExA(&info)) return 0;
+    if (m_pLauncher) m_pLauncher->DestroyMainWindow();
+    return 1;
+}
+
+int LfxMain::RunSysCheck()
+{
+    Execute("Syscheck.exe", "", g_Env["DataDir"].c_str(), true, true);
+    return 1;
+}
+
+int LfxMain::OpenUrl(const char* key)
+{
+    return Execute("Url.exe", key, g_Env["DataDir"].c_str(), true, false);
+}
+
+int LfxMain::OpenDocument(const char* key)
+{
+    return Execute("Doc.exe", key, g_Env["DataDir"].c_str(), true, false);
+}
+
+int LfxMain::CallWinHelp(uint32_t command, uintptr_t data)
+{
+    CltString help, file;
+    GetIniString("Documentation", "Help", help);
+    file = JoinPath(g_Env["LauncherDir"], help);
+    WinHelpA(nullptr, file.c_str(), command, data);
+    return 1;
+}
+
+// Thresholds in MiB, compared in unsigned 32-bit arithmetic as the figures are: RAM=0
+// makes the bound (0 - 1) MiB, just under 4 GiB.
+int LfxMain::CheckMemory()
+{
+    MEMORYSTATUS status = {};
+    status.dwLength = sizeof status;
+    g_pfnLfxGlobalMemoryStatus(&status);
+    int32_t ram = 0, buffer = 0;
+    if (GetIniDWORD("SysCheck", "RAM", ram) &&
+        uint32_t(status.dwTotalPhys) < (uint32_t(ram) - 1u) * 1048576u)
+        return ShowMessage(GetSetupString(0x5008).c_str(), MB_YESNO | MB_ICONINFORMATION) == IDYES;
+    if (GetIniDWORD("Buffer", "Product", buffer) &&
+        uint32_t(status.dwAvailPageFile) < uint32_t(buffer) * 1048576u)
+        return ShowMessage(GetSetupString(0x5009).c_str(), MB_YESNO | MB_ICONINFORMATION) == IDYES;
+    return 1;
+}
+
+int LfxMain::CheckDirectX()
+{
+    int state = m_pVokSetup ? m_pVokSetup->GetDirectXState() : 0;
+    if (state == VOK_DIRECTX_READY) return 1;
+    if (state == VOK_DIRECTX_STOP) return 0;
+    if (!m_bInstallDX)
+    {
+        ShowMessage(GetSetupString(0x5012).c_str(), MB_ICONINFORMATION);
+        return 0;
+    }
+    if (ShowMessage(GetSetupString(0x5006).c_str(), MB_YESNO | MB_ICONQUESTION) != IDYES) return 0;
+    CltString strDirectX;
+    // clang-format off
+    CLT_ASSERT_AT(GetIniString(SCT_FOLDERS,VAL_DIRECTX_CURRENT,strDirectX), 1181);
+    // clang-format on
+    OSVERSIONINFOA version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    if (!GetVersionExA(&version)) return 0;
+    if (version.dwPlatformId == VER_PLATFORM_WIN32_WINDOWS && version.dwMajorVersion == 4 &&
+        version.dwMinorVersion == 0)
+    {
+        // clang-format off
+        CLT_ASSERT_AT(GetIniString(SCT_FOLDERS,VAL_DIRECTX,strDirectX), 1198);
+        // clang-format on
+    }
+    CltString folder = JoinPath(g_Env["SourceDir"], strDirectX);
+    if (!clt_IsDirectoryPresent(folder))
+    {
+        MessageBoxA(GetFocus(), GetSetupString(0xD047).c_str(), GetSetupString(0x7800).c_str(),
+                    MB_OK);
+        return 0;
+    }
+    if (m_pVokSetup->InstallDirectX(folder.c_str()) == 0)
+        return m_pVokSetup->GetDirectXState() != 0 ? 1 : 0;
+    if (MessageBoxA(GetFocus(), GetSetupString(0x7882).c_str(), GetSetupString(0x7800).c_str(),
+                    MB_YESNO | MB_ICONQUESTION) != IDYES)
+        return 0;
+    g_pfnLfxExitWindowsEx(EWX_REBOOT | EWX_FORCE, 0);
+    if (m_pLauncher) m_pLauncher->DestroyMainWindow();
+    return -1;
+}
+
+int LfxMain::CheckDirectSound()
+{
+    HMODULE dsound = lfx_LoadSystemLibrary("DSOUND.DLL");
+    if (!dsound)
+    {
+        ShowMessage(GetSetupString(0x5007).c_str(), MB_TASKMODAL | MB_ICONHAND);
+        return 0;
+    }
+    using CreateFn = HRESULT(WINAPI*)(LPCGUID, LPDIRECTSOUND*, LPUNKNOWN);
+    auto create = reinterpret_cast<CreateFn>(
+        reinterpret_cast<void*>(GetProcAddress(dsound, "DirectSoundCreate")));
+    if (!create)
+    {
+        ShowMessage(GetSetupString(0x5007).c_str(), MB_TASKMODAL | MB_ICONHAND);
+        FreeLibrary(dsound);
+        return 0;
+    }
+    LPDIRECTSOUND device = nullptr;
+    if (FAILED(create(nullptr, &device, nullptr)) || !device)
+    {
+        int answer =
+            ShowMessage(GetSetupString(0x5013).c_str(), MB_TASKMODAL | MB_ICONQUESTION | MB_YESNO);
+        FreeLibrary(dsound);
+        return answer == IDYES;
+    }
+    int result = 1;
+    if (FAILED(device->SetCooperativeLevel(GetDesktopWindow(), DSSCL_PRIORITY)))
+    {
+        ShowMessage(GetSetupString(0x5013).c_str(), MB_TASKMODAL | MB_ICONHAND);
+        result = 0;
+    }
+    device->Release();
+    FreeLibrary(dsound);
+    return result;
+}
+
+// Retail products ask for their disc until the volume in SourceDir's drive carries the
+// label [Startup] Data (as a prefix) and holds this launcher, or the user gives up.
+int LfxMain::CheckMedia()
+{
+    if (!m_bRetail) return 1;
+    CltString label;
+    GetIniString("Startup", "Data", label);
+    UINT message = (m_nDisks == 0 || m_nDisks == 1) ? 0x5002 : 0x5003;
+    for (;;)
+    {
+        CltString root = g_Env["SourceDir"];
+        if (root.length() < 3)
+            root += "\\";
+        else if (root.length() > 3)
+            root = root.mid(0, 3);
+        char volume[MAX_PATH] = {};
+        if (GetVolumeInformationA(root.c_str(), volume, MAX_PATH, nullptr, nullptr, nullptr,
+                                  nullptr, 0))
+        {
+            if (label.length() < uint32_t(lstrlenA(volume))) volume[label.length()] = 0;
+            if (lstrcmpiA(volume, label.c_str()) == 0)
+            {
+                CltString launcher = JoinPath(g_Env["SourceDir"], g_Env["LauncherName"]);
+                if (lstrcmpiA(launcher.c_str(), g_Env["ModuleFileName"].c_str()) == 0 ||
+                    clt_IsFilePresent(launcher))
+                    return 1;
+            }
+        }
+        if (ShowMessage(GetSetupString(uint16_t(message)).c_str(),
+                        MB_TASKMODAL | MB_ICONEXCLAMATION | MB_OKCANCEL) != IDOK)
+            return 0;
+    }
 }
 
 int LfxMain::ShowPage(const char* name)

@@ -13,6 +13,7 @@
 #include "../../_cult/Source/clt_String.h"
 
 #include <cstdint>
+#include <windows.h>
 
 class CltTraceWinSink;
 class CVokSetup;
@@ -62,11 +63,23 @@ class LfxMain : public CltApp
     CltString GetLauncherDir();
 
     // Actions.
+    int PlaySoundByName(const CltString& name, bool wait);
     int ShowMessage(const char* text, uint32_t flags);
     int Execute(const char* file, const char* parameters, const char* folder, bool reportFailure,
                 bool wait);
     int LaunchProduct(int value, bool wait);
     int RunInstaller();
+    int RunUninstaller();
+    int RunSysCheck();
+    int OpenUrl(const char* key);
+    int OpenDocument(const char* key);
+    int CallWinHelp(uint32_t command, uintptr_t data);
+
+    // Checks before the game or the installer starts.
+    int CheckMemory();
+    int CheckDirectX();
+    int CheckDirectSound();
+    int CheckMedia();
 
     // Fields, in this order; zero until set (see the header comment).
     int32_t m_bInstallDX;
@@ -92,5 +105,14 @@ class LfxMain : public CltApp
 };
 
 extern LfxMain g_LfxMain;
+
+// Loads a library of the system (DirectX) from the system folder only, never from the
+// launcher's or the data folder, so that a file planted on removable media is not loaded.
+HMODULE lfx_LoadSystemLibrary(const char* name);
+
+// Seams for tests that must not reach the real machine state: the memory figures and
+// the system restart. Both point at the system's functions.
+extern void(WINAPI* g_pfnLfxGlobalMemoryStatus)(LPMEMORYSTATUS status);
+extern BOOL(WINAPI* g_pfnLfxExitWindowsEx)(UINT flags, DWORD reason);
 // Every registered page, in registration order; the pages not yet chosen as active.
 extern LfxPageList* g_lstRegisteredPages;

@@ -1,0 +1,319 @@
+// The checks and actions of LfxMain in this process, against real files, registry values,
+// the demo setup library (steered through its test settings) and real message boxes,
+// which a watcher thread reads and answers. The memory figures and the system restart
+// go through the two seams, so that the tests do not depend on this machine's memory
+// and do not restart the Wine session.
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
+#include "FrameWork/_lfx/Source/lfx_Launcher.h"
+#include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_VokSetup.h"
+#include "support/demo_Product.h"
+
+#include <gtest/gtest.h>
+
+using namespace harness;
+
+namespace
+{
+MEMORYSTATUS g_memory;
+void WINAPI FakeMemoryStatus(LPMEMORYSTATUS status)
+{
+    *status = g_memory;
+}
+int g_restarts;
+BOOL WINAPI FakeExitWindows(UINT flags, DWORD)
+{
+    g_restarts += flags == (EWX_REBOOT | EWX_FORCE);
+    return TRUE;
+}
+
+struct RecordingLauncher : LfxLauncher
+{
+    int DestroyMainWindow() override
+    {
+        ++destroyed;
+        return 1;
+    }
+    int destroyed = 0;
+};
+RecordingLauncher g_launcher;
+
+// Sets the launcher up as PreInitializeLauncher and DetermineLauncherState leave it for a
+// product in folder 'root' with the given setup.ini.
+void Prepare(const std::string& root, const demo::Ini& ini, const std::string& testSettings = "")
+{
+    if (g_LfxMain.m_pVokSetup) g_LfxMain.m_pVokSetup->Release();
+    if (g_LfxMain.m_hSetupDll) FreeLibrary(static_cast<HMODULE>(g_LfxMain.m_hSetupDll));
+    g_LfxMain.m_pVokSetup = nullptr;
+    g_LfxMain.m_hSetupDll = nullptr;
+    FreeLibrary(GetModuleHandleA(Join(root, "Install\\VokSetup.dll").c_str()));
+    RemoveTree(root);
+    demo::Ini withTests = ini;
+    demo::MakeProduct(root, withTests);
+    if (!testSettings.empty())
+        WriteTextFile(Join(root, "Install\\setup.ini"),
+                      ini.Text() + "[VokSetupTest]\r\n" + testSettings);
+    g_Env.Set("DEBUG", root.c_str(), false);
+    g_LfxMain.m_pLauncher = &g_launcher;
+    g_LfxMain.m_nDisks = 0;
+    g_LfxMain.m_dwInstalled = 0;
+    ASSERT_EQ(g_LfxMain.PreInitializeLauncher(), 1);
+    ASSERT_EQ(g_LfxMain.DetermineLauncherState(), 1);
+    g_pfnLfxGlobalMemoryStatus = FakeMemoryStatus;
+    g_pfnLfxExitWindowsEx = FakeExitWindows;
+    g_restarts = 0;
+    g_launcher.destroyed = 0;
+}
+
+std::string Text(uint16_t number)
+{
+    return g_LfxMain.GetSetupString(number).c_str();
+}
+
+struct Box
+{
+    std::string title, text;
+    std::vector<int> buttons;
+};
+
+// Runs 'action' while clicking the answers into the boxes it shows.
+template <typename F> std::vector<MessageBoxRecord> Answering(std::vector<int> answers, F action)
+{
+    BoxWatcher watcher(GetCurrentProcessId(), std::move(answers));
+    action();
+    Sleep(100);
+    return watcher.Stop();
+}
+} // namespace
+
+TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
+{
+    const uint32_t MiB = 1048576;
+    struct Case
+    {
+        const char* ram;    // [SysCheck] RAM, null: missing
+        const char* buffer; // [Buffer] Product, null: missing
+        uint32_t totalPhys, availPage;
+        std::vector<int> answers;
+        std::vector<uint16_t> asked;
+        int result;
+    } cases[] = {
+        {"64", nullptr, uint32_t(63.5 * MiB), 0, {}, {}, 1},
+        {"64", nullptr, uint32_t(62.9 * MiB), 0, {IDYES}, {0x5008}, 1},
+        {"64", "32", uint32_t(62.9 * MiB), 0, {IDNO}, {0x5008}, 0}, // the paging test is skipped
+        {"0", nullptr, 4094u * MiB, 0, {IDNO}, {0x5008}, 0},        // bound: 4095 MiB
+        {"0", nullptr, 4095u * MiB, 0, {}, {}, 1},
+        {nullptr, "32", 0, 31 * MiB, {IDYES}, {0x5009}, 1},
+        {nullptr, "32", 0, 32 * MiB, {}, {}, 1},
+        {nullptr, nullptr, 0, 0, {}, {}, 1},
+    };
+    std::string root = Join(TestRoot(), "memory");
+    for (const Case& c : cases)
+    {
+        SCOPED_TRACE(std::string(c.ram ? c.ram : "-") + "/" + (c.buffer ? c.buffer : "-") + " " +
+                     std::to_string(c.totalPhys));
+        demo::Ini ini("Memory");
+        if (c.ram) ini.Set("SysCheck", "RAM", c.ram);
+        if (c.buffer) ini.Set("Buffer", "Product", c.buffer);
+        Prepare(root, ini);
+        g_memory = {};
+        g_memory.dwTotalPhys = c.totalPhys;
+        g_memory.dwAvailPageFile = c.availPage;
+        int result = -1;
+        auto boxes = Answering(c.answers, [&] { result = g_LfxMain.CheckMemory(); });
+        EXPECT_EQ(result, c.result);
+        ASSERT_EQ(boxes.size(), c.asked.size());
+        for (size_t i = 0; i < boxes.size(); ++i)
+        {
+            EXPECT_EQ(boxes[i].title, "Tarn");
+            EXPECT_EQ(boxes[i].text, Text(c.asked[i]));
+            EXPECT_EQ(boxes[i].buttons, (std::vector<int>{IDYES, IDNO}));
+        }
+    }
+}
+
+TEST(LfxChecks, DirectXStatesInstallationAndRestart)
+{
+    struct Case
+    {
+        const char* name;
+        const char* settings;
+        bool installDX;
+        bool directXFolder;
+        std::vector<int> answers;
+        std::vector<std::pair<uint16_t, uint16_t>> boxes; // text, caption (0: product name)
+        int result;
+        int restarts;
+    } cases[] = {
+        {"ready", "DirectXState=1\r\n", true, true, {}, {}, 1, 0},
+        {"stop silently", "DirectXState=4\r\n", true, true, {}, {}, 0, 0},
+        {"not installable", "DirectXState=2\r\n", false, true, {IDOK}, {{0x5012, 0}}, 0, 0},
+        {"install declined", "DirectXState=2\r\n", true, true, {IDNO}, {{0x5006, 0}}, 0, 0},
+        {"folder missing",
+         "DirectXState=3\r\n",
+         true,
+         false,
+         {IDYES, IDOK},
+         {{0x5006, 0}, {0xD047, 0x7800}},
+         0,
+         0},
+        {"installed without restart",
+         "DirectXState=2\r\nDirectXInstall=0\r\n",
+         true,
+         true,
+         {IDYES},
+         {{0x5006, 0}},
+         1,
+         0},
+        {"restart declined",
+         "DirectXState=2\r\nDirectXInstall=1\r\n",
+         true,
+         true,
+         {IDYES, IDNO},
+         {{0x5006, 0}, {0x7882, 0x7800}},
+         0,
+         0},
+        {"restart",
+         "DirectXState=2\r\nDirectXInstall=1\r\n",
+         true,
+         true,
+         {IDYES, IDYES},
+         {{0x5006, 0}, {0x7882, 0x7800}},
+         -1,
+         1},
+    };
+    std::string root = Join(TestRoot(), "directx");
+    for (const Case& c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        demo::Ini ini("DirectX");
+        ini.Set("Startup", "InstallDX", c.installDX ? "1" : "0");
+        DeleteRegTree(ini.RegistryKey());
+        Prepare(root, ini, c.settings);
+        if (c.directXFolder) MakeFolders(Join(root, "DirectX")); // SourceDir is the launcher folder
+        int result = -2;
+        auto boxes = Answering(c.answers, [&] { result = g_LfxMain.CheckDirectX(); });
+        EXPECT_EQ(result, c.result);
+        EXPECT_EQ(g_restarts, c.restarts);
+        EXPECT_EQ(g_launcher.destroyed, c.restarts);
+        ASSERT_EQ(boxes.size(), c.boxes.size());
+        for (size_t i = 0; i < boxes.size(); ++i)
+        {
+            EXPECT_EQ(boxes[i].text, Text(c.boxes[i].first));
+            EXPECT_EQ(boxes[i].title, c.boxes[i].second ? Text(c.boxes[i].second) : "Tarn");
+        }
+    }
+}
+
+TEST(LfxChecks, SoundDeviceMissingAsksWhetherToGoOn)
+{
+    std::string root = Join(TestRoot(), "sound");
+    demo::Ini ini("Sound");
+    Prepare(root, ini);
+    for (int answer : {IDYES, IDNO})
+    {
+        int result = -1;
+        auto boxes = Answering({answer}, [&] { result = g_LfxMain.CheckDirectSound(); });
+        // Wine without an audio device cannot create the DirectSound device.
+        ASSERT_EQ(boxes.size(), 1u);
+        EXPECT_EQ(boxes[0].text, Text(0x5013));
+        EXPECT_EQ(boxes[0].title, "Tarn");
+        EXPECT_EQ(boxes[0].buttons, (std::vector<int>{IDYES, IDNO}));
+        EXPECT_EQ(result, answer == IDYES ? 1 : 0);
+    }
+}
+
+TEST(LfxChecks, DisplayProbeFillsTheListWhileItLives)
+{
+    std::string root = Join(TestRoot(), "probe");
+    demo::Ini ini("Probe");
+    struct Case
+    {
+        const char* settings;
+        size_t devices;
+    } cases[] = {{"Displays=3\r\n", 3}, {"Displays=0\r\n", 0}, {"", 1}};
+    for (const Case& c : cases)
+    {
+        SCOPED_TRACE(c.settings);
+        Prepare(root, ini, c.settings);
+        {
+            CDisplayProbe probe(Join(root, "Install\\VokSetup.dll").c_str());
+            EXPECT_EQ(g_DisplayDevices.Records().size(), c.devices);
+            if (c.devices == 3)
+            {
+                EXPECT_STREQ(g_DisplayDevices.Records()[2].name, "Test Display 3");
+            }
+        }
+        EXPECT_TRUE(g_DisplayDevices.IsEmpty());
+    }
+    CDisplayProbe missing(Join(root, "Install\\Missing.dll").c_str());
+    EXPECT_TRUE(g_DisplayDevices.IsEmpty());
+}
+
+TEST(LfxActions, ProgramsStartWithTheirParametersAndFolders)
+{
+    std::string root = Join(TestRoot(), "actions");
+    demo::Ini ini("Actions");
+    ini.Remove("Files", "CmdLine");
+    ini.Set("Startup", "AppType", "Demo"); // no media check
+    Prepare(root, ini);
+    std::string data = Join(root, "Install");
+    for (const char* name : {"Doc.exe", "Url.exe", "Syscheck.exe", "TarnSetup.exe"})
+        CopyInto(Join(ExeFolder(), "test_helper.exe"), data, name);
+    auto record = [&](const char* name)
+    {
+        std::string path = Join(data, std::string(name) + ".log");
+        for (int i = 0; i < 100 && ReadTextFile(path).empty(); ++i)
+            Sleep(50);
+        return ReadTextFile(path);
+    };
+
+    EXPECT_EQ(g_LfxMain.OpenDocument("README"), 1);
+    EXPECT_EQ(record("Doc.exe"), "args=README|cwd=" + data + "\n");
+    EXPECT_EQ(g_LfxMain.OpenUrl("HOMEPAGE"), 1);
+    EXPECT_EQ(record("Url.exe"), "args=HOMEPAGE|cwd=" + data + "\n");
+    EXPECT_EQ(g_LfxMain.RunSysCheck(), 1); // waits: the record is there at once
+    EXPECT_EQ(ReadTextFile(Join(data, "Syscheck.exe.log")), "args=|cwd=" + data + "\n");
+    EXPECT_EQ(g_LfxMain.RunInstaller(), 1); // [Files] CmdLine missing: no parameters
+    EXPECT_EQ(record("TarnSetup.exe"), "args=|cwd=" + root + "\n");
+
+    // A program the shell cannot start: the shell's own box, then the launcher's 0x5007.
+    DeleteFileA(Join(data, "Doc.exe").c_str());
+    int result = -1;
+    auto boxes = Answering({IDOK, IDOK}, [&] { result = g_LfxMain.OpenDocument("LICENSE"); });
+    EXPECT_EQ(result, 0);
+    ASSERT_EQ(boxes.size(), 2u);
+    EXPECT_EQ(boxes[1].title, "Tarn");
+    EXPECT_EQ(boxes[1].text, Text(0x5007));
+}
+
+TEST(LfxActions, UninstallerGetsTheWholeCommandAndClosesTheWindow)
+{
+    std::string root = Join(TestRoot(), "uninstall");
+    demo::Ini ini("Uninstall");
+    Prepare(root, ini);
+    std::string folder = Join(root, "Program Files");
+    std::string uninstaller = Join(folder, "uninst.exe");
+    CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "uninst.exe");
+    SetRegString(ini.RegistryKey(), "UninstallString", uninstaller);
+    int result = -1;
+    auto boxes = Answering({}, [&] { result = g_LfxMain.RunUninstaller(); });
+    EXPECT_EQ(result, 1);
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_EQ(g_launcher.destroyed, 1);
+    std::string log = uninstaller + ".log";
+    for (int i = 0; i < 100 && ReadTextFile(log).empty(); ++i)
+        Sleep(50);
+    EXPECT_EQ(ReadTextFile(log), "args=|cwd=C:\\\n");
+
+    // Switches after the program are part of the file name the shell is given: it does
+    // not find such a file and says so itself; the launcher stays silent and open.
+    SetRegString(ini.RegistryKey(), "UninstallString", uninstaller + " /S");
+    boxes = Answering({IDOK}, [&] { result = g_LfxMain.RunUninstaller(); });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(g_launcher.destroyed, 1);
+    EXPECT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(ReadTextFile(log), "args=|cwd=C:\\\n");
+    DeleteRegTree(ini.RegistryKey());
+}
