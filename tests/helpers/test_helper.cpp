@@ -6,6 +6,8 @@
 // and ends with exit code 0.
 // With -HOLD=NAME[,NAME...] it creates and holds those mutexes, writes "<path>.ready",
 // and waits until "<path>.release" exists (at most 60 s).
+// With -LOAD=NAME it loads the library NAME the ordinary way (by name, searched for
+// from its own folder on) and ends with exit code 0 if it loaded, 1 if not.
 #include <windows.h>
 
 #include <cstdio>
@@ -49,6 +51,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
 {
     const char* args = ArgumentsAfterProgram(GetCommandLineA());
     std::string self = OwnPath();
+    if (strncmp(args, "-LOAD=", 6) == 0) return LoadLibraryA(args + 6) ? 0 : 1;
     if (strncmp(args, "-HOLD=", 6) == 0)
     {
         std::vector<HANDLE> held;

@@ -102,6 +102,7 @@ bool MakeFolders(const std::string& path);
 bool WriteTextFile(const std::string& path, const std::string& content);
 std::string ReadTextFile(const std::string& path);
 bool RemoveTree(const std::string& path);
+bool CopyTree(const std::string& from, const std::string& to);
 bool CopyInto(const std::string& file, const std::string& folder, const std::string& newName = "");
 
 // Registry values under HKEY_LOCAL_MACHINE.

@@ -552,8 +552,18 @@ int LfxMain::CallWinHelp(uint32_t command, uintptr_t data)
     return 1;
 }
 
-// Thresholds in MiB, compared in unsigned 32-bit arithmetic as the figures are: RAM=0
-// makes the bound (0 - 1) MiB, just under 4 GiB.
+namespace
+{
+// The memory figures as 32-bit numbers: larger ones read as 4 GiB - 1, as a 32-bit
+// program sees them.
+uint32_t Figure32(SIZE_T value)
+{
+    return value > 0xFFFFFFFFu ? 0xFFFFFFFFu : uint32_t(value);
+}
+} // namespace
+
+// Thresholds in MiB, compared in unsigned 32-bit arithmetic: RAM=0 makes the bound
+// (0 - 1) MiB, just under 4 GiB.
 int LfxMain::CheckMemory()
 {
     MEMORYSTATUS status = {};
@@ -561,10 +571,10 @@ int LfxMain::CheckMemory()
     g_pfnLfxGlobalMemoryStatus(&status);
     int32_t ram = 0, buffer = 0;
     if (GetIniDWORD("SysCheck", "RAM", ram) &&
-        uint32_t(status.dwTotalPhys) < (uint32_t(ram) - 1u) * 1048576u)
+        Figure32(status.dwTotalPhys) < (uint32_t(ram) - 1u) * 1048576u)
         return ShowMessage(GetSetupString(0x5008).c_str(), MB_YESNO | MB_ICONINFORMATION) == IDYES;
     if (GetIniDWORD("Buffer", "Product", buffer) &&
-        uint32_t(status.dwAvailPageFile) < uint32_t(buffer) * 1048576u)
+        Figure32(status.dwAvailPageFile) < uint32_t(buffer) * 1048576u)
         return ShowMessage(GetSetupString(0x5009).c_str(), MB_YESNO | MB_ICONINFORMATION) == IDYES;
     return 1;
 }

@@ -1,0 +1,275 @@
+// End-to-end tests of what the launcher starts: the demo product installed from a CD
+// drive by its real installer, the hand-over to the installed launcher, the game with
+// its mutex, the uninstaller; the check of the installation media; and the rule that
+// system libraries come from the system folder only.
+#include "harness/wine_Harness.h"
+#include "support/demo_Product.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace harness;
+using demo::HasLine;
+
+namespace
+{
+const char kProductKey[] = "Software\\Tarn Games\\Tarn\\1.0";
+
+std::string DemoMedia()
+{
+    return Join(ExeFolder(), "..\\demo-product");
+}
+
+// Puts the files into a CD drive. The test session's CD drives carry the labels
+// E: TARN_DISC1, F: GAME_DISC1, G: GAM, H: OTHER, I: game.
+void InsertDisc(const std::string& drive, const std::string& from)
+{
+    RemoveTree(drive + "Install");
+    DeleteFileA((drive + "Launcher.exe").c_str());
+    ASSERT_TRUE(CopyTree(from, drive));
+}
+
+// Asks Wine to load the named libraries from files first, as Windows does, in the
+// programs of that name started from now on (Wine otherwise always uses its own).
+void PreferLibraryFiles(const char* program, bool prefer)
+{
+    std::string key = std::string("Software\\Wine\\AppDefaults\\") + program + "\\DllOverrides";
+    if (!prefer)
+    {
+        RegDeleteTreeA(HKEY_CURRENT_USER, key.c_str());
+        return;
+    }
+    HKEY handle;
+    RegCreateKeyExA(HKEY_CURRENT_USER, key.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &handle,
+                    nullptr);
+    for (const char* name : {"ddraw", "dsound"})
+        RegSetValueExA(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE*>("native,builtin"),
+                       15);
+    RegCloseKey(handle);
+}
+
+RunResult Launch(const std::string& program, const std::string& arguments,
+                 std::vector<int> answers = {})
+{
+    RunOptions run;
+    run.program = program;
+    run.arguments = arguments;
+    run.answers = std::move(answers);
+    run.timeoutMs = 60000;
+    return RunProgram(run);
+}
+
+template <typename F> bool WaitFor(F condition, int seconds = 60)
+{
+    for (int i = 0; i < seconds * 10; ++i)
+    {
+        if (condition()) return true;
+        Sleep(100);
+    }
+    return false;
+}
+
+std::string RegString(const char* name)
+{
+    char value[1024] = {};
+    DWORD size = sizeof value;
+    RegGetValueA(HKEY_LOCAL_MACHINE, kProductKey, name, RRF_RT_REG_SZ, nullptr, value, &size);
+    return value;
+}
+
+DWORD RegDword(const char* name)
+{
+    DWORD value = 0, size = sizeof value;
+    if (RegGetValueA(HKEY_LOCAL_MACHINE, kProductKey, name, RRF_RT_REG_DWORD, nullptr, &value,
+                     &size))
+        return 0xFFFFFFFF;
+    return value;
+}
+
+std::string ChildText(HWND window)
+{
+    char text[1024] = {};
+    HWND child = GetDlgItem(window, 1);
+    SendMessageA(child, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text));
+    return text;
+}
+} // namespace
+
+TEST(DemoProduct, InstallHandOverPlayAndUninstallWithoutAWindow)
+{
+    std::string installDir = Join(TestRoot(), "Program Files\\Tarn");
+    RemoveTree(installDir);
+    DeleteRegTree(kProductKey);
+    InsertDisc("E:\\", DemoMedia());
+    // The media's installer runs silently into the test's folder.
+    std::string ini = ReadTextFile("E:\\Install\\setup.ini");
+    size_t at = ini.find("CmdLine=");
+    ini.insert(at + 8, "/S /D=" + installDir);
+    WriteTextFile("E:\\Install\\setup.ini", ini);
+
+    // 1. Not installed: -I runs the installer from the disc and ends.
+    RunResult install = Launch("E:\\Launcher.exe", "-I");
+    EXPECT_EQ(install.exitCode, 0u);
+    EXPECT_TRUE(install.boxes.empty());
+    EXPECT_TRUE(HasLine(install, "LfxMain: m_dwState is [2]"));
+    ASSERT_TRUE(WaitFor(
+        [&]
+        {
+            return GetFileAttributesA(Join(installDir, "Uninstall.exe").c_str()) !=
+                   INVALID_FILE_ATTRIBUTES;
+        }));
+    ASSERT_TRUE(WaitFor([] { return RegString("UninstallString") != ""; }));
+    EXPECT_EQ(RegDword("Installed"), 2u);
+    EXPECT_EQ(RegString("Install Path"), installDir);
+    EXPECT_EQ(RegString("Source Dir"), "E:");
+    EXPECT_EQ(RegString("UninstallString"), Join(installDir, "Uninstall.exe"));
+
+    // 2. Installed: the launcher on the disc hands over to the installed one.
+    RunResult media = Launch("E:\\Launcher.exe", "");
+    EXPECT_EQ(media.exitCode, 0u);
+    EXPECT_TRUE(HasLine(media, "LfxMain: Launcher is running from CD. Transferring to HD."));
+
+    // 3. The installed launcher with -I starts the game; the game holds its mutex.
+    RunResult play = Launch(Join(installDir, "Launcher.exe"), "-I", {IDYES});
+    EXPECT_EQ(play.exitCode, 0u);
+    EXPECT_TRUE(HasLine(play, "SourceDir is [E:\\]"));
+    // Wine has no sound device here: the player is asked and goes on without sound.
+    ASSERT_EQ(play.boxes.size(), 1u);
+    EXPECT_EQ(play.boxes[0].title, "Tarn");
+    EXPECT_EQ(play.boxes[0].text,
+              "No working sound device was found.\n\nDo you want to play without sound?");
+    HWND game = WaitForWindowClass("TarnDemoGame", 30000);
+    ASSERT_NE(game, nullptr);
+    EXPECT_EQ(ChildText(game), "This is Tarn.exe (Tarn).\r\nCommand line: []\r\nWorking folder: [" +
+                                   Join(installDir, "GameData") +
+                                   "]\r\nGame mutex: [TarnGameMutex]");
+
+    // 4. While the game runs, a launcher ends at once.
+    RunResult again = Launch(Join(installDir, "Launcher.exe"), "");
+    EXPECT_TRUE(HasLine(again, "LfxMain: Game is already running."));
+    PostMessageA(game, WM_CLOSE, 0, 0);
+    ASSERT_TRUE(WaitFor([] { return FindWindowA("TarnDemoGame", nullptr) == nullptr; }));
+
+    // 5. The uninstaller removes the registry values and the files.
+    Process uninstall;
+    ASSERT_TRUE(uninstall.Start(Join(installDir, "Uninstall.exe"), "/S _?=" + installDir));
+    WaitForSingleObject(uninstall.Handle(), 60000);
+    EXPECT_EQ(RegDword("Installed"), 0xFFFFFFFFu);
+    EXPECT_EQ(RegString("Install Path"), "");
+    EXPECT_EQ(GetFileAttributesA(Join(installDir, "Tarn.exe").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetFileAttributesA(Join(installDir, "Install").c_str()), INVALID_FILE_ATTRIBUTES);
+    DeleteRegTree(kProductKey);
+}
+
+TEST(LauncherMedia, TheDiscLabelMustBeginWithTheConfiguredLabel)
+{
+    struct Case
+    {
+        const char* drive; // see InsertDisc for the labels
+        const char* appType;
+        const char* disks;
+        std::vector<int> answers;
+        bool installerStarted;
+        const char* asked; // the text of the box, or null
+    } cases[] = {
+        {"F:\\", "Retail", "1", {}, true, nullptr}, // GAME_DISC1
+        {"I:\\", "RETAIL", "1", {}, true, nullptr}, // game
+        {"G:\\",
+         "Retail",
+         "1",
+         {IDCANCEL},
+         false, // GAM
+         "Please insert the Tarn disc into your CD-ROM drive and click OK."},
+        {"H:\\",
+         "Retail",
+         "2",
+         {IDCANCEL},
+         false, // OTHER
+         "Please insert Tarn disc 1 into your CD-ROM drive and click OK."},
+        {"H:\\",
+         "Retail",
+         "0",
+         {IDOK, IDCANCEL},
+         false,
+         "Please insert the Tarn disc into your CD-ROM drive and click OK."},
+        {"G:\\", "Demo", "1", {}, true, nullptr}, // only retail products ask for the disc
+    };
+    std::string staging = Join(TestRoot(), "media");
+    for (const Case& c : cases)
+    {
+        SCOPED_TRACE(c.drive + std::string(" ") + c.appType + " " + c.disks);
+        RemoveTree(staging);
+        demo::Ini ini("Media");
+        ini.Set("Startup", "Data", "GAME");
+        ini.Set("Startup", "AppType", c.appType);
+        ini.Set("Startup", "Disks", c.disks);
+        demo::MakeProduct(staging, ini);
+        CopyInto(Join(ExeFolder(), "test_helper.exe"), Join(staging, "Install"), "TarnSetup.exe");
+        DeleteRegTree(ini.RegistryKey());
+        InsertDisc(c.drive, staging);
+
+        RunResult r = Launch(std::string(c.drive) + "Launcher.exe", "-I", c.answers);
+        EXPECT_EQ(r.exitCode, 0u);
+        ASSERT_EQ(r.boxes.size(), c.answers.size());
+        for (const MessageBoxRecord& box : r.boxes)
+        {
+            EXPECT_EQ(box.title, "Tarn");
+            EXPECT_EQ(box.text, c.asked);
+            EXPECT_EQ(box.buttons, (std::vector<int>{IDOK, IDCANCEL}));
+        }
+        std::string record = std::string(c.drive) + "Install\\TarnSetup.exe.log";
+        if (c.installerStarted) WaitFor([&] { return !ReadTextFile(record).empty(); }, 10);
+        EXPECT_EQ(ReadTextFile(record),
+                  c.installerStarted ? "args=|cwd=" + std::string(c.drive) + "\n" : "");
+    }
+}
+
+TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
+{
+    std::string folder = Join(TestRoot(), "planted");
+    RemoveTree(folder);
+    demo::Ini ini("Planted");
+    demo::MakeProduct(folder, ini);
+    std::string planted = Join(ExeFolder(), "..\\planted");
+    std::vector<std::string> plantedFiles;
+    for (const std::string& where : {folder, Join(folder, "Install")})
+        for (const char* name : {"ddraw.dll", "DSOUND.DLL"})
+        {
+            CopyInto(Join(planted, name), where);
+            plantedFiles.push_back(Join(where, name));
+        }
+    PreferLibraryFiles("loader.exe", true);
+    PreferLibraryFiles("Launcher.exe", true);
+    // A program beside the planted files that loads the libraries by name gets them.
+    CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "loader.exe");
+    for (const char* name : {"ddraw.dll", "DSOUND.DLL"})
+    {
+        Process loader;
+        ASSERT_TRUE(loader.Start(Join(folder, "loader.exe"), std::string("-LOAD=") + name, folder));
+        WaitForSingleObject(loader.Handle(), 10000);
+        std::string marker = Join(folder, name) + ".loaded";
+        EXPECT_NE(GetFileAttributesA(marker.c_str()), INVALID_FILE_ATTRIBUTES) << marker;
+        DeleteFileA(marker.c_str());
+    }
+
+    // Installed in its own folder: -I runs every check that loads DirectX, then the game.
+    DeleteRegTree(ini.RegistryKey());
+    SetRegDword(ini.RegistryKey(), "Installed", 2);
+    SetRegString(ini.RegistryKey(), "Install Path", folder);
+    SetRegString(ini.RegistryKey(), "Source Dir", folder);
+    RunResult r = Launch(Join(folder, "Launcher.exe"), "-I", {IDNO, IDNO});
+    EXPECT_EQ(r.exitCode, 0u);
+    EXPECT_TRUE(HasLine(r, "LfxMain: m_dwState is [1]"));
+    ASSERT_EQ(r.boxes.size(), 2u); // no sound device: declined, so nothing is started
+    EXPECT_EQ(r.boxes[0].text,
+              "No working sound device was found.\n\nDo you want to play without sound?");
+    EXPECT_EQ(r.boxes[1].buttons, (std::vector<int>{IDYES, IDNO}));
+    EXPECT_TRUE(r.boxes[1].scripted);
+    for (const std::string& file : plantedFiles)
+        EXPECT_EQ(GetFileAttributesA((file + ".loaded").c_str()), INVALID_FILE_ATTRIBUTES) << file;
+    PreferLibraryFiles("loader.exe", false);
+    PreferLibraryFiles("Launcher.exe", false);
+    DeleteRegTree(ini.RegistryKey());
+}
