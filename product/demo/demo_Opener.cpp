@@ -1,6 +1,8 @@
 // Doc.exe and Url.exe: one program under two names. Started by the launcher in the data
 // folder with one key, it opens with the shell what setup.ini names for the key:
 //   Doc.exe README|TSGUIDE|LICENSE   a document of [Documents], relative to the data folder
+//                                    (a text document nothing is registered for opens in
+//                                    Notepad)
 //   Url.exe HOMEPAGE                 an address of [Links]
 // A key that setup.ini does not name, or a document that is missing, is reported in a
 // message box; the exit code is then 1.
@@ -37,7 +39,16 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
     info.lpFile = target.c_str();
     info.lpDirectory = folder.c_str();
     info.nShow = SW_SHOWNORMAL;
-    if (!ShellExecuteExA(&info))
+    bool opened = ShellExecuteExA(&info) != 0;
+    size_t dot = target.find_last_of('.');
+    if (!opened && !url && dot != std::string::npos && _stricmp(target.c_str() + dot, ".txt") == 0)
+    {
+        std::string quoted = "\"" + target + "\"";
+        info.lpFile = "notepad.exe";
+        info.lpParameters = quoted.c_str();
+        opened = ShellExecuteExA(&info) != 0;
+    }
+    if (!opened)
     {
         std::string text = "Nothing on this computer can open " + target + ".";
         MessageBoxA(nullptr, text.c_str(), product.c_str(), MB_OK | MB_ICONEXCLAMATION);

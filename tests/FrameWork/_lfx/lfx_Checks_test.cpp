@@ -129,12 +129,23 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
             EXPECT_EQ(boxes[i].title, "Tarn");
             EXPECT_EQ(boxes[i].text, Text(c.asked[i]));
             EXPECT_EQ(boxes[i].buttons, (std::vector<int>{IDYES, IDNO}));
+            EXPECT_EQ(boxes[i].icon, "asterisk");
         }
     }
 }
 
 TEST(LfxChecks, DirectXStatesInstallationAndRestart)
 {
+    struct Shown
+    {
+        Shown(uint16_t t, uint16_t c, std::vector<int> b, const char* i)
+            : text(t), caption(c), buttons(std::move(b)), icon(i)
+        {
+        }
+        uint16_t text, caption; // caption 0: the product name
+        std::vector<int> buttons;
+        const char* icon;
+    };
     struct Case
     {
         const char* name;
@@ -142,46 +153,26 @@ TEST(LfxChecks, DirectXStatesInstallationAndRestart)
         bool installDX;
         bool directXFolder;
         std::vector<int> answers;
-        std::vector<std::pair<uint16_t, uint16_t>> boxes; // text, caption (0: product name)
+        std::vector<Shown> boxes;
         int result;
         int restarts;
     } cases[] = {
+        // clang-format off
         {"ready", "DirectXState=1\r\n", true, true, {}, {}, 1, 0},
         {"stop silently", "DirectXState=4\r\n", true, true, {}, {}, 0, 0},
-        {"not installable", "DirectXState=2\r\n", false, true, {IDOK}, {{0x5012, 0}}, 0, 0},
-        {"install declined", "DirectXState=2\r\n", true, true, {IDNO}, {{0x5006, 0}}, 0, 0},
-        {"folder missing",
-         "DirectXState=3\r\n",
-         true,
-         false,
-         {IDYES, IDOK},
-         {{0x5006, 0}, {0xD047, 0x7800}},
-         0,
-         0},
-        {"installed without restart",
-         "DirectXState=2\r\nDirectXInstall=0\r\n",
-         true,
-         true,
-         {IDYES},
-         {{0x5006, 0}},
-         1,
-         0},
-        {"restart declined",
-         "DirectXState=2\r\nDirectXInstall=1\r\n",
-         true,
-         true,
-         {IDYES, IDNO},
-         {{0x5006, 0}, {0x7882, 0x7800}},
-         0,
-         0},
-        {"restart",
-         "DirectXState=2\r\nDirectXInstall=1\r\n",
-         true,
-         true,
-         {IDYES, IDYES},
-         {{0x5006, 0}, {0x7882, 0x7800}},
-         -1,
-         1},
+        {"not installable", "DirectXState=2\r\n", false, true, {IDOK},
+         {Shown(0x5012, 0, {IDOK}, "asterisk")}, 0, 0},
+        {"install declined", "DirectXState=2\r\n", true, true, {IDNO},
+         {Shown(0x5006, 0, {IDYES, IDNO}, "question")}, 0, 0},
+        {"folder missing", "DirectXState=3\r\n", true, false, {IDYES, IDOK},
+         {Shown(0x5006, 0, {IDYES, IDNO}, "question"), Shown(0xD047, 0x7800, {IDOK}, "")}, 0, 0},
+        {"installed without restart", "DirectXState=2\r\nDirectXInstall=0\r\n", true, true, {IDYES},
+         {Shown(0x5006, 0, {IDYES, IDNO}, "question")}, 1, 0},
+        {"restart declined", "DirectXState=2\r\nDirectXInstall=1\r\n", true, true, {IDYES, IDNO},
+         {Shown(0x5006, 0, {IDYES, IDNO}, "question"), Shown(0x7882, 0x7800, {IDYES, IDNO}, "question")}, 0, 0},
+        {"restart", "DirectXState=2\r\nDirectXInstall=1\r\n", true, true, {IDYES, IDYES},
+         {Shown(0x5006, 0, {IDYES, IDNO}, "question"), Shown(0x7882, 0x7800, {IDYES, IDNO}, "question")}, -1, 1},
+        // clang-format on
     };
     std::string root = Join(TestRoot(), "directx");
     for (const Case& c : cases)
@@ -200,8 +191,10 @@ TEST(LfxChecks, DirectXStatesInstallationAndRestart)
         ASSERT_EQ(boxes.size(), c.boxes.size());
         for (size_t i = 0; i < boxes.size(); ++i)
         {
-            EXPECT_EQ(boxes[i].text, Text(c.boxes[i].first));
-            EXPECT_EQ(boxes[i].title, c.boxes[i].second ? Text(c.boxes[i].second) : "Tarn");
+            EXPECT_EQ(boxes[i].text, Text(c.boxes[i].text));
+            EXPECT_EQ(boxes[i].title, c.boxes[i].caption ? Text(c.boxes[i].caption) : "Tarn");
+            EXPECT_EQ(boxes[i].buttons, c.boxes[i].buttons);
+            EXPECT_EQ(boxes[i].icon, c.boxes[i].icon);
         }
     }
 }
@@ -220,6 +213,7 @@ TEST(LfxChecks, SoundDeviceMissingAsksWhetherToGoOn)
         EXPECT_EQ(boxes[0].text, Text(0x5013));
         EXPECT_EQ(boxes[0].title, "Tarn");
         EXPECT_EQ(boxes[0].buttons, (std::vector<int>{IDYES, IDNO}));
+        EXPECT_EQ(boxes[0].icon, "question");
         EXPECT_EQ(result, answer == IDYES ? 1 : 0);
     }
 }
@@ -279,13 +273,17 @@ TEST(LfxActions, ProgramsStartWithTheirParametersAndFolders)
     EXPECT_EQ(record("TarnSetup.exe"), "args=|cwd=" + root + "\n");
 
     // A program the shell cannot start: the shell's own box, then the launcher's 0x5007.
-    DeleteFileA(Join(data, "Doc.exe").c_str());
+    // (The helpers are found by bare name, also beside the calling program; the
+    // installer is named by its full path.)
+    WritePrivateProfileStringA("Files", "Installer", "Missing.exe",
+                               Join(data, "setup.ini").c_str());
     int result = -1;
-    auto boxes = Answering({IDOK, IDOK}, [&] { result = g_LfxMain.OpenDocument("LICENSE"); });
+    auto boxes = Answering({IDOK, IDOK}, [&] { result = g_LfxMain.RunInstaller(); });
     EXPECT_EQ(result, 0);
     ASSERT_EQ(boxes.size(), 2u);
     EXPECT_EQ(boxes[1].title, "Tarn");
     EXPECT_EQ(boxes[1].text, Text(0x5007));
+    EXPECT_EQ(boxes[1].icon, "hand");
 }
 
 TEST(LfxActions, UninstallerGetsTheWholeCommandAndClosesTheWindow)
