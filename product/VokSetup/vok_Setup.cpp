@@ -8,6 +8,7 @@
 //   DirectXInstall=N    the result of InstallDirectX (no program is run)
 //   CheckDirectX=N      the result of VokSetup_CheckDirectX
 //   Displays=N          describe N display devices named "Test Display 1".. (0: none)
+#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 
 #include <windows.h>
@@ -47,20 +48,10 @@ int TestSetting(const char* key, int fallback)
 
 constexpr int kNoSetting = -12345;
 
-HMODULE LoadSystemLibrary(const char* name)
-{
-    char path[MAX_PATH] = {};
-    UINT n = GetSystemDirectoryA(path, MAX_PATH);
-    if (n == 0 || n + strlen(name) + 2 > MAX_PATH) return nullptr;
-    strcat(path, "\\");
-    strcat(path, name);
-    return LoadLibraryA(path);
-}
-
 // 1 when DirectDraw creates a device and offers Direct3D on it, 2 when it does not.
 int ProbeDirectX()
 {
-    HMODULE ddraw = LoadSystemLibrary("ddraw.dll");
+    HMODULE ddraw = clt_LoadSystemLibrary("ddraw.dll");
     if (!ddraw) return 2;
     using CreateFn = HRESULT(WINAPI*)(GUID*, IDirectDraw**, IUnknown*);
     auto create = reinterpret_cast<CreateFn>(
@@ -166,7 +157,7 @@ class DemoHardware final : public IVokHardware
             }
             return;
         }
-        HMODULE ddraw = LoadSystemLibrary("ddraw.dll");
+        HMODULE ddraw = clt_LoadSystemLibrary("ddraw.dll");
         if (!ddraw) return;
         using EnumerateFn = HRESULT(WINAPI*)(LPDDENUMCALLBACKA, LPVOID);
         auto enumerate = reinterpret_cast<EnumerateFn>(

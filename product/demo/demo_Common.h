@@ -40,6 +40,31 @@ inline std::string SetupValue(std::initializer_list<std::string> folders, const 
     return fallback;
 }
 
+// Registers the window class, opens the program's one window and runs its message loop
+// until the window is destroyed (its procedure posts the quit message); returns the
+// quit message's code.
+inline int RunMainWindow(HINSTANCE instance, const char* className, const char* title,
+                         WNDPROC procedure, int width, int height, int show)
+{
+    WNDCLASSA wc = {};
+    wc.lpfnWndProc = procedure;
+    wc.hInstance = instance;
+    wc.hCursor = LoadCursor(nullptr, IDC_ARROW);
+    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    wc.lpszClassName = className;
+    RegisterClassA(&wc);
+    HWND window = CreateWindowExA(0, className, title, WS_OVERLAPPEDWINDOW, 100, 100, width, height,
+                                  nullptr, nullptr, instance, nullptr);
+    ShowWindow(window, show);
+    MSG msg = {};
+    while (GetMessageA(&msg, nullptr, 0, 0) > 0)
+    {
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+    }
+    return static_cast<int>(msg.wParam);
+}
+
 // The command line after the program's own name.
 inline const char* Arguments()
 {

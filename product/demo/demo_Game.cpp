@@ -38,22 +38,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show)
              demo::Arguments() + "]\r\nWorking folder: [" + cwd + "]\r\nGame mutex: [" + mutexName +
              "]";
 
-    WNDCLASSA wc = {};
-    wc.lpfnWndProc = GameProc;
-    wc.hInstance = instance;
-    wc.hCursor = LoadCursor(nullptr, IDC_ARROW);
-    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-    wc.lpszClassName = "TarnDemoGame";
-    RegisterClassA(&wc);
-    HWND window = CreateWindowExA(0, "TarnDemoGame", title.c_str(), WS_OVERLAPPEDWINDOW, 100, 100,
-                                  620, 200, nullptr, nullptr, instance, nullptr);
-    ShowWindow(window, show);
-    MSG msg;
-    while (GetMessageA(&msg, nullptr, 0, 0) > 0)
-    {
-        TranslateMessage(&msg);
-        DispatchMessageA(&msg);
-    }
+    int code =
+        demo::RunMainWindow(instance, "TarnDemoGame", title.c_str(), GameProc, 620, 200, show);
     if (mutex) CloseHandle(mutex);
-    return 0;
+    return code;
 }

@@ -3,6 +3,7 @@
 // window is closed. The launcher waits for it.
 #include "demo_Common.h"
 
+#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 
 #include <ddraw.h>
@@ -12,13 +13,6 @@
 namespace
 {
 std::string g_report;
-
-HMODULE LoadSystemLibrary(const char* name)
-{
-    char path[MAX_PATH] = {};
-    GetSystemDirectoryA(path, MAX_PATH);
-    return LoadLibraryA((std::string(path) + "\\" + name).c_str());
-}
 
 BOOL WINAPI AddDisplay(GUID*, LPSTR description, LPSTR, LPVOID context)
 {
@@ -50,7 +44,7 @@ std::string Report()
 
     text += "Display devices:\r\n";
     std::string displays;
-    if (HMODULE ddraw = LoadSystemLibrary("ddraw.dll"))
+    if (HMODULE ddraw = clt_LoadSystemLibrary("ddraw.dll"))
     {
         using EnumerateFn = HRESULT(WINAPI*)(LPDDENUMCALLBACKA, LPVOID);
         if (auto enumerate = reinterpret_cast<EnumerateFn>(
@@ -90,21 +84,5 @@ LRESULT CALLBACK CheckProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show)
 {
     g_report = Report();
-    WNDCLASSA wc = {};
-    wc.lpfnWndProc = CheckProc;
-    wc.hInstance = instance;
-    wc.hCursor = LoadCursor(nullptr, IDC_ARROW);
-    wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-    wc.lpszClassName = "TarnSysCheck";
-    RegisterClassA(&wc);
-    HWND window = CreateWindowExA(0, "TarnSysCheck", "System Check", WS_OVERLAPPEDWINDOW, 120, 120,
-                                  560, 290, nullptr, nullptr, instance, nullptr);
-    ShowWindow(window, show);
-    MSG msg;
-    while (GetMessageA(&msg, nullptr, 0, 0) > 0)
-    {
-        TranslateMessage(&msg);
-        DispatchMessageA(&msg);
-    }
-    return 0;
+    return demo::RunMainWindow(instance, "TarnSysCheck", "System Check", CheckProc, 560, 290, show);
 }

@@ -8,6 +8,8 @@
 // and waits until "<path>.release" exists (at most 60 s).
 // With -LOAD=NAME it loads the library NAME the ordinary way (by name, searched for
 // from its own folder on) and ends with exit code 0 if it loaded, 1 if not.
+#include "product/demo/demo_Common.h"
+
 #include <windows.h>
 
 #include <cstdio>
@@ -17,23 +19,6 @@
 
 namespace
 {
-const char* ArgumentsAfterProgram(const char* p)
-{
-    if (*p == '"')
-    {
-        for (++p; *p && *p != '"'; ++p)
-        {
-        }
-        if (*p) ++p;
-    }
-    else
-        while (*p && *p != ' ')
-            ++p;
-    while (*p == ' ')
-        ++p;
-    return p;
-}
-
 std::string OwnPath()
 {
     char path[MAX_PATH] = {};
@@ -49,7 +34,7 @@ void Touch(const std::string& path)
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
 {
-    const char* args = ArgumentsAfterProgram(GetCommandLineA());
+    const char* args = demo::Arguments();
     std::string self = OwnPath();
     if (strncmp(args, "-LOAD=", 6) == 0) return LoadLibraryA(args + 6) ? 0 : 1;
     if (strncmp(args, "-HOLD=", 6) == 0)

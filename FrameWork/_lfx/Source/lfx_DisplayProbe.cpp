@@ -5,6 +5,7 @@
 
 #include "../../_cult/Source/clt_Init.h"
 #include "../../_cult/Source/clt_State.h"
+#include "../../_cult/Source/clt_SystemLibrary.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -53,7 +54,7 @@ CDisplayProbe::CDisplayProbe(const char* setupLibraryPath)
         }
         FreeLibrary(library);
     }
-    HMODULE ddraw = lfx_LoadSystemLibrary("ddraw.dll");
+    HMODULE ddraw = clt_LoadSystemLibrary("ddraw.dll");
     if (!ddraw) return;
     uint32_t count =
         m_description.nDisplays < VOK_MAX_DISPLAYS ? m_description.nDisplays : VOK_MAX_DISPLAYS;

@@ -12,6 +12,7 @@
 #include "../../_cult/Source/clt_Init.h"
 #include "../../_cult/Source/clt_State.h"
 #include "../../_cult/Source/clt_System.h"
+#include "../../_cult/Source/clt_SystemLibrary.h"
 #include "../../_cult/Source/clt_Trace.h"
 
 #include <windows.h>
@@ -447,16 +448,6 @@ int LfxMain::ShowMessage(const char* text, uint32_t flags)
     return MessageBoxA(nullptr, text, g_Env["ProductName"].c_str(), flags);
 }
 
-HMODULE lfx_LoadSystemLibrary(const char* name)
-{
-    char path[MAX_PATH] = {};
-    UINT n = GetSystemDirectoryA(path, MAX_PATH);
-    if (n == 0 || n + lstrlenA(name) + 2 > MAX_PATH) return nullptr;
-    lstrcatA(path, "\\");
-    lstrcatA(path, name);
-    return LoadLibraryA(path);
-}
-
 void(WINAPI* g_pfnLfxGlobalMemoryStatus)(LPMEMORYSTATUS) = GlobalMemoryStatus;
 BOOL(WINAPI* g_pfnLfxExitWindowsEx)(UINT, DWORD) = ExitWindowsEx;
 
@@ -623,7 +614,7 @@ int LfxMain::CheckDirectX()
 
 int LfxMain::CheckDirectSound()
 {
-    HMODULE dsound = lfx_LoadSystemLibrary("DSOUND.DLL");
+    HMODULE dsound = clt_LoadSystemLibrary("DSOUND.DLL");
     if (!dsound)
     {
         ShowMessage(GetSetupString(0x5007).c_str(), MB_TASKMODAL | MB_ICONHAND);

@@ -106,10 +106,6 @@ class LfxMain : public CltApp
 
 extern LfxMain g_LfxMain;
 
-// Loads a library of the system (DirectX) from the system folder only, never from the
-// launcher's or the data folder, so that a file planted on removable media is not loaded.
-HMODULE lfx_LoadSystemLibrary(const char* name);
-
 // Seams for tests that must not reach the real machine state: the memory figures and
 // the system restart. Both point at the system's functions.
 extern void(WINAPI* g_pfnLfxGlobalMemoryStatus)(LPMEMORYSTATUS status);
