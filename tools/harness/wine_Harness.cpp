@@ -60,33 +60,9 @@ BOOL CALLBACK CollectButton(HWND child, LPARAM param)
     return TRUE;
 }
 
-// The pixels of an icon drawn at 32 x 32 on black, or nothing when it cannot be drawn.
-std::vector<uint32_t> IconPixels(HICON icon)
-{
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = 32;
-    info.bmiHeader.biHeight = -32;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    HDC dc = CreateCompatibleDC(nullptr);
-    HBITMAP bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    std::vector<uint32_t> pixels;
-    if (bitmap)
-    {
-        HGDIOBJ old = SelectObject(dc, bitmap);
-        if (DrawIconEx(dc, 0, 0, icon, 32, 32, 0, nullptr, DI_NORMAL))
-            pixels.assign(static_cast<uint32_t*>(bits), static_cast<uint32_t*>(bits) + 32 * 32);
-        SelectObject(dc, old);
-        DeleteObject(bitmap);
-    }
-    DeleteDC(dc);
-    return pixels;
-}
-
-// The system icon that a box shows: its icon control's icon, compared by its pixels
-// with the system's icons (icon handles differ from process to process).
+// The system icon that a box shows: its icon control's icon compared with the system's
+// icons. Under Wine icon handles differ from process to process, so only the boxes of
+// the caller's own process are identified; others read as "other".
 std::string IconOf(HWND box)
 {
     HWND control = GetDlgItem(box, 0x0440); // the message box's icon control
@@ -94,7 +70,6 @@ std::string IconOf(HWND box)
     DWORD_PTR icon = 0;
     SendMessageTimeoutA(control, STM_GETICON, 0, 0, SMTO_ABORTIFHUNG, 5000, &icon);
     if (!icon) return "";
-    std::vector<uint32_t> shown = IconPixels(reinterpret_cast<HICON>(icon));
     struct Known
     {
         LPCSTR id;
@@ -104,11 +79,7 @@ std::string IconOf(HWND box)
                  {IDI_EXCLAMATION, "exclamation"},
                  {IDI_ASTERISK, "asterisk"}};
     for (const Known& k : known)
-    {
-        HICON system = LoadIconA(nullptr, k.id);
-        if (reinterpret_cast<DWORD_PTR>(system) == icon) return k.name;
-        if (!shown.empty() && IconPixels(system) == shown) return k.name;
-    }
+        if (reinterpret_cast<DWORD_PTR>(LoadIconA(nullptr, k.id)) == icon) return k.name;
     return "other";
 }
 

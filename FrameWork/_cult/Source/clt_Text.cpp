@@ -97,7 +97,7 @@ struct Field
     FieldType type = FieldType::Unknown;
 };
 
-// Parses the specification after '%'; returns the characters it used. An unknown type
+// Parses the field after '%'; returns the characters it used. An unknown type
 // character is not used, so that it is printed as plain text afterwards.
 size_t ParseField(const char* p0, Field& f)
 {
