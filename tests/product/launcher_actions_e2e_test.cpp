@@ -273,3 +273,90 @@ TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
     PreferLibraryFiles("Launcher.exe", false);
     DeleteRegTree(ini.RegistryKey());
 }
+
+TEST(LauncherDirectX, TheDirectXFolderOnTheMediaAndOnWindows95)
+{
+    const std::string lfx = "FrameWork/_lfx/Source/lfx_System";
+    auto assertText = [&](const std::string& expression, int line)
+    {
+        return "Assertion Failed: \"" + expression + "\"!\n\nFile:\t" + lfx + "\nLine:\t" +
+               std::to_string(line) +
+               "\n\nAbnormal Termination.\n\nSelect Retry for an environment dump.";
+    };
+    const std::string offer = "Tarn needs DirectX 7.0 or later, which is not installed on this "
+                              "computer.\n\nDo you want to install DirectX now?";
+    const std::string noSound =
+        "No working sound device was found.\n\nDo you want to play without sound?";
+    struct Case
+    {
+        const char* name;
+        bool windows95;
+        const char* directXCurrent; // null: missing
+        const char* directX95;      // null: missing
+        std::vector<int> answers;
+        std::vector<std::string> texts;
+    } cases[] = {
+        {"current folder missing",
+         false,
+         nullptr,
+         "DX95",
+         {IDYES, IDCANCEL},
+         {offer, assertText("GetIniString(SCT_FOLDERS,VAL_DIRECTX_CURRENT,strDirectX)", 1181)}},
+        {"Windows 95 folder missing",
+         true,
+         "DirectX",
+         nullptr,
+         {IDYES, IDCANCEL},
+         {offer, assertText("GetIniString(SCT_FOLDERS,VAL_DIRECTX,strDirectX)", 1198)}},
+        // Windows 95 installs from [Folders] DirectX: the current folder does not exist, and
+        // the installation goes on to the launch checks.
+        {"Windows 95 folder",
+         true,
+         "Missing",
+         "DX95",
+         {IDYES, IDNO, IDNO},
+         {offer, noSound, noSound}},
+        {"other Windows, current folder",
+         false,
+         "DirectX",
+         "Missing",
+         {IDYES, IDNO, IDNO},
+         {offer, noSound, noSound}},
+    };
+    std::string folder = Join(TestRoot(), "directx-folders");
+    const char* versionKey = "Software\\Wine\\AppDefaults\\Launcher.exe";
+    for (const Case& c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        RemoveTree(folder);
+        demo::Ini ini("DirectXFolders");
+        c.directXCurrent ? ini.Set("Folders", "DirectXCurrent", c.directXCurrent)
+                         : ini.Remove("Folders", "DirectXCurrent");
+        if (c.directX95) ini.Set("Folders", "DirectX", c.directX95);
+        demo::MakeProduct(folder, ini);
+        WriteTextFile(Join(folder, "Install\\setup.ini"),
+                      ini.Text() + "[VokSetupTest]\r\nDirectXState=2\r\nDirectXInstall=0\r\n");
+        MakeFolders(Join(folder, "DirectX"));
+        MakeFolders(Join(folder, "DX95"));
+        DeleteRegTree(ini.RegistryKey());
+        SetRegDword(ini.RegistryKey(), "Installed", 2);
+        SetRegString(ini.RegistryKey(), "Install Path", folder);
+        SetRegString(ini.RegistryKey(), "Source Dir", folder);
+        HKEY handle;
+        RegCreateKeyExA(HKEY_CURRENT_USER, versionKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                        &handle, nullptr);
+        if (c.windows95)
+            RegSetValueExA(handle, "Version", 0, REG_SZ, reinterpret_cast<const BYTE*>("win95"), 6);
+        else
+            RegDeleteValueA(handle, "Version");
+        RegCloseKey(handle);
+
+        RunResult r = Launch(Join(folder, "Launcher.exe"), "-I", c.answers);
+        EXPECT_EQ(r.exitCode, 0u);
+        ASSERT_EQ(r.boxes.size(), c.texts.size());
+        for (size_t i = 0; i < r.boxes.size(); ++i)
+            EXPECT_EQ(r.boxes[i].text, c.texts[i]) << i;
+        DeleteRegTree(ini.RegistryKey());
+    }
+    RegDeleteTreeA(HKEY_CURRENT_USER, versionKey);
+}
