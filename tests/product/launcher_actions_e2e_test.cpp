@@ -3,6 +3,7 @@
 // its mutex, the uninstaller; the check of the installation media; and the rule that
 // system libraries come from the system folder only.
 #include "harness/wine_Harness.h"
+#include "support/assert_Text.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
@@ -278,11 +279,7 @@ TEST(LauncherDirectX, TheDirectXFolderOnTheMediaAndOnWindows95)
 {
     const std::string lfx = "FrameWork/_lfx/Source/lfx_System";
     auto assertText = [&](const std::string& expression, int line)
-    {
-        return "Assertion Failed: \"" + expression + "\"!\n\nFile:\t" + lfx + "\nLine:\t" +
-               std::to_string(line) +
-               "\n\nAbnormal Termination.\n\nSelect Retry for an environment dump.";
-    };
+    { return expect::AssertText(expression, lfx, line); };
     const std::string offer = "Tarn needs DirectX 7.0 or later, which is not installed on this "
                               "computer.\n\nDo you want to install DirectX now?";
     const std::string noSound =

@@ -2,6 +2,7 @@
 // the debugger sees it, what the TraceWin viewer receives during static construction, and
 // the assertion boxes of a framework program, read and answered from outside.
 #include "harness/wine_Harness.h"
+#include "support/assert_Text.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
@@ -14,23 +15,6 @@ using namespace harness;
 
 namespace
 {
-// The source tree as this Windows program sees it (Wine maps the host's root to Z:).
-std::string SourcePath(const std::string& relative)
-{
-    std::string path = std::string("Z:") + CLT_SOURCE_DIR + "/" + relative;
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
-}
-
-// The line of the first occurrence of 'needle' in a source file, counted from 1.
-int LineOf(const std::string& relative, const std::string& needle)
-{
-    std::string text = ReadTextFile(SourcePath(relative));
-    size_t at = text.find(needle);
-    if (at == std::string::npos) return -1;
-    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + at, '\n'));
-}
-
 // A product folder of the test's own: the launcher and its data folder.
 std::string LauncherCopy(const std::string& folderName)
 {
@@ -40,13 +24,6 @@ std::string LauncherCopy(const std::string& folderName)
     demo::MakeProduct(folder, ini);
     DeleteRegTree(ini.RegistryKey());
     return folder;
-}
-
-std::string AssertText(const std::string& expression, const std::string& file, int line)
-{
-    return "Assertion Failed: \"" + expression + "\"!\n\nFile:\t" + file + "\nLine:\t" +
-           std::to_string(line) +
-           "\n\nAbnormal Termination.\n\nSelect Retry for an environment dump.";
 }
 
 // The environment's bucket order: h = h * 33 + signed byte, modulo 1024.
@@ -153,13 +130,13 @@ TEST(AssertionBox, RetryShowsTheDumpCancelDoesNotAndTheExitCodeIsZero)
 {
     const std::string probe = Join(ExeFolder(), "assert_probe.exe");
     const int probeLine =
-        LineOf("tests/FrameWork/_cult/assert_probe.cpp", "CLT_ASSERT(probeValue == 0)");
-    const int envLine =
-        LineOf("FrameWork/_cult/Source/clt_Environment.cpp", "CLT_ASSERT(!strSecond.empty())");
+        expect::SourceLine("tests/FrameWork/_cult/assert_probe.cpp", "CLT_ASSERT(probeValue == 0)");
+    const int envLine = expect::SourceLine("FrameWork/_cult/Source/clt_Environment.cpp",
+                                           "CLT_ASSERT(!strSecond.empty())");
     ASSERT_GT(probeLine, 0);
     ASSERT_GT(envLine, 0);
     const std::string failText =
-        AssertText("probeValue == 0", "tests/FrameWork/_cult/assert_probe", probeLine);
+        expect::AssertText("probeValue == 0", "tests/FrameWork/_cult/assert_probe", probeLine);
     const std::string dump = Dump({{"__UNDEFINED", "[Undefined]"},
                                    {"FAIL", ""},
                                    {"MODULEFILENAME", probe},
@@ -181,7 +158,8 @@ TEST(AssertionBox, RetryShowsTheDumpCancelDoesNotAndTheExitCodeIsZero)
         {"-EMPTY",
          {IDCANCEL},
          {{"Guru meditation failure!",
-           AssertText("!strSecond.empty()", "FrameWork/_cult/Source/clt_Environment", envLine)}}},
+           expect::AssertText("!strSecond.empty()", "FrameWork/_cult/Source/clt_Environment",
+                              envLine)}}},
     };
     for (const Case& c : cases)
     {

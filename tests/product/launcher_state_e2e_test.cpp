@@ -2,6 +2,7 @@
 // rule: the real Launcher.exe under Wine, real product folders, registry values, mutexes
 // held by a helper process, and the real message boxes.
 #include "harness/wine_Harness.h"
+#include "support/assert_Text.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
@@ -34,13 +35,6 @@ RunResult Launch(const std::string& program, const std::string& arguments,
     run.workingFolder = workingFolder;
     run.answers = std::move(answers);
     return RunProgram(run);
-}
-
-std::string AssertText(const std::string& expression, const std::string& file, int line)
-{
-    return "Assertion Failed: \"" + expression + "\"!\n\nFile:\t" + file + "\nLine:\t" +
-           std::to_string(line) +
-           "\n\nAbnormal Termination.\n\nSelect Retry for an environment dump.";
 }
 
 // Holds named mutexes in a process of its own until destroyed.
@@ -454,16 +448,9 @@ TEST(LauncherConfiguration, FatalConditionsShowTheAssertionBox)
 {
     const std::string lfx = "FrameWork/_lfx/Source/lfx_System";
     const std::string env = "FrameWork/_cult/Source/clt_Environment";
-    const int envLine = []
-    {
-        std::string path =
-            std::string("Z:") + CLT_SOURCE_DIR + "/FrameWork/_cult/Source/clt_Environment.cpp";
-        std::replace(path.begin(), path.end(), '/', '\\');
-        std::string text = ReadTextFile(path);
-        return 1 +
-               static_cast<int>(std::count(
-                   text.begin(), text.begin() + text.find("CLT_ASSERT(!strSecond.empty())"), '\n'));
-    }();
+    const int envLine = expect::SourceLine("FrameWork/_cult/Source/clt_Environment.cpp",
+                                           "CLT_ASSERT(!strSecond.empty())");
+    ASSERT_GT(envLine, 0);
     struct Case
     {
         const char* name;
@@ -471,36 +458,36 @@ TEST(LauncherConfiguration, FatalConditionsShowTheAssertionBox)
         std::string text;
     } cases[] = {
         {"no data folder", [](Ini&, const std::string& f) { RemoveTree(Join(f, "Install")); },
-         AssertText("clt_IsDirectoryPresent(g_Env[\"DataDir\"])", lfx, 173)},
+         expect::AssertText("clt_IsDirectoryPresent(g_Env[\"DataDir\"])", lfx, 173)},
         {"no setup.ini",
          [](Ini&, const std::string& f) { DeleteFileA(Join(f, "Install\\setup.ini").c_str()); },
-         AssertText("clt_IsFilePresent(g_Env[\"IniPath\"])", lfx, 174)},
+         expect::AssertText("clt_IsFilePresent(g_Env[\"IniPath\"])", lfx, 174)},
         {"setup library missing",
          [](Ini& i, const std::string&) { i.Set("Files", "SetupDll", "Missing.dll"); },
-         AssertText("m_hSetupDll!=0", lfx, 227)},
+         expect::AssertText("m_hSetupDll!=0", lfx, 227)},
         {"setup library without the export",
          [](Ini& i, const std::string& f)
          {
              i.Set("Files", "SetupDll", "NoExport.dll");
              CopyInto(Join(ExeFolder(), "NoExport.dll"), Join(f, "Install"));
          },
-         AssertText("VokSetup_GetSetup!=0", lfx, 230)},
+         expect::AssertText("VokSetup_GetSetup!=0", lfx, 230)},
         {"setup object refused",
          [](Ini& i, const std::string& f)
          {
              i.Set("Files", "SetupDll", "RefusingSetup.dll");
              CopyInto(Join(ExeFolder(), "RefusingSetup.dll"), Join(f, "Install"));
          },
-         AssertText("VokSetup_GetSetup(g_Env[\"DataDir\"],&m_pVokSetup)", lfx, 231)},
+         expect::AssertText("VokSetup_GetSetup(g_Env[\"DataDir\"],&m_pVokSetup)", lfx, 231)},
         {"launcher mutex empty", [](Ini& i, const std::string&) { i.Set("Mutex", "Launcher", ""); },
-         AssertText("!strLauncherMutex.empty()", lfx, 336)},
+         expect::AssertText("!strLauncherMutex.empty()", lfx, 336)},
         {"game mutex missing", [](Ini& i, const std::string&) { i.Remove("Mutex", "Product"); },
-         AssertText("!strGameMutex.empty()", lfx, 337)},
+         expect::AssertText("!strGameMutex.empty()", lfx, 337)},
         {"launcher name missing", [](Ini& i, const std::string&) { i.Remove("Files", "Launcher"); },
-         AssertText("!strSecond.empty()", env, envLine)},
+         expect::AssertText("!strSecond.empty()", env, envLine)},
         {"DirectX version missing",
          [](Ini& i, const std::string&) { i.Remove("Startup", "DirectXVer"); },
-         AssertText("!strSecond.empty()", env, envLine)},
+         expect::AssertText("!strSecond.empty()", env, envLine)},
     };
     for (const Case& c : cases)
     {
@@ -532,8 +519,8 @@ TEST(LauncherConfiguration, LockedSetupIniCountsAsMissing)
     RunResult r = Launch(Join(folder, "Launcher.exe"), "", folder, {IDCANCEL});
     CloseHandle(lock);
     ASSERT_EQ(r.boxes.size(), 1u);
-    EXPECT_EQ(r.boxes[0].text, AssertText("clt_IsFilePresent(g_Env[\"IniPath\"])",
-                                          "FrameWork/_lfx/Source/lfx_System", 174));
+    EXPECT_EQ(r.boxes[0].text, expect::AssertText("clt_IsFilePresent(g_Env[\"IniPath\"])",
+                                                  "FrameWork/_lfx/Source/lfx_System", 174));
     EXPECT_EQ(r.exitCode, 0u);
 }
 

@@ -15,16 +15,21 @@ CltTraceSink::CltTraceSink()
     clt_GetState()->m_pTraceSink = this;
 }
 
-void clt_Trace(const char* format, ...)
+void clt_TraceV(const char* format, va_list args)
 {
     CltTraceSink* sink = clt_GetState()->m_pTraceSink;
     if (!sink) return;
-    va_list args;
-    va_start(args, format);
     clt_FormatV(s_szTraceBuffer, format, args);
-    va_end(args);
     s_szTraceBuffer[CLT_FORMAT_BUFFER - 1] = 0;
     sink->Output(s_szTraceBuffer);
+}
+
+void clt_Trace(const char* format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    clt_TraceV(format, args);
+    va_end(args);
 }
 
 const char* clt_GetTraceBuffer()

@@ -6,6 +6,8 @@
 // unregistered, so the last one constructed receives everything from then on.
 #pragma once
 
+#include <cstdarg>
+
 class CltTraceSink
 {
   public:
@@ -40,6 +42,8 @@ void clt_Trace(const char* format, ...)
     __attribute__((format(printf, 1, 2)))
 #endif
     ;
+
+void clt_TraceV(const char* format, va_list args);
 
 // The text of the most recent trace call (the shared formatting buffer).
 const char* clt_GetTraceBuffer();

@@ -33,10 +33,19 @@ CLT_STATIC(CLT_INIT_LAUNCHER_CORE) LfxMain g_LfxMain;
 
 namespace
 {
-void Trace(const char* message)
+// Traces the module's prefix, then the message, as two texts.
+void Trace(const char* format, ...)
+#if defined(__GNUC__)
+    __attribute__((format(printf, 1, 2)))
+#endif
+    ;
+void Trace(const char* format, ...)
 {
     clt_Trace("LfxMain: ");
-    clt_Trace("%s", message);
+    va_list args;
+    va_start(args, format);
+    clt_TraceV(format, args);
+    va_end(args);
 }
 } // namespace
 
@@ -68,8 +77,7 @@ void LfxMain::RegisterPage(LfxPage* page)
 {
     EarlyConstruct();
     CltString name = page->GetName();
-    clt_Trace("LfxMain: ");
-    clt_Trace("Registering page [%s]\n", name.c_str());
+    Trace("Registering page [%s]\n", name.c_str());
     g_lstRegisteredPages->PushBack(page);
 }
 
@@ -137,8 +145,7 @@ bool IsSameFile(const char* a, const char* b)
 
 int LfxMain::GetIniString(const char* section, const char* key, CltString& out)
 {
-    clt_Trace("LfxMain: ");
-    clt_Trace("\tGetIniString - Section [%s] Key [%s] - ", section, key);
+    Trace("\tGetIniString - Section [%s] Key [%s] - ", section, key);
     char value[MAX_PATH] = {};
     if (GetPrivateProfileStringA(section, key, "", value, MAX_PATH, g_Env["IniPath"].c_str()) > 0)
     {
@@ -152,8 +159,7 @@ int LfxMain::GetIniString(const char* section, const char* key, CltString& out)
 
 int LfxMain::GetIniDWORD(const char* section, const char* key, int32_t& out)
 {
-    clt_Trace("LfxMain: ");
-    clt_Trace("\tGetIniDWORD - Section [%s] Key [%s] - ", section, key);
+    Trace("\tGetIniDWORD - Section [%s] Key [%s] - ", section, key);
     // 123456 stands for a missing key, so a key that holds exactly 123456 reads as missing.
     int32_t value =
         static_cast<int32_t>(GetPrivateProfileIntA(section, key, 123456, g_Env["IniPath"].c_str()));
@@ -197,8 +203,7 @@ int LfxMain::PreInitializeLauncher()
     m_dwState = 0;
     m_dwOptions =
         g_Env.Has("DEBUG", 0x0A) | g_Env.Has("I", 4) | g_Env.Has("V", 3) | g_Env.Has("Y", 2);
-    clt_Trace("LfxMain: ");
-    clt_Trace("m_dwOptions is [0x%08x]\n", m_dwOptions);
+    Trace("m_dwOptions is [0x%08x]\n", m_dwOptions);
     m_hMutex = nullptr;
     g_Env.Set("LauncherDir", GetLauncherDir().c_str(), true);
     if (!g_Env.Has("ANCHOR", 1)) g_Env.Set("Anchor", "Install", true);
@@ -238,11 +243,9 @@ int LfxMain::PreInitializeLauncher()
     GetIniString("Url", "DirectX", directXUrl);
     g_Env.Set("DirectXUrl", directXUrl.c_str(), false);
     GetIniDWORD("Startup", "Disks", m_nDisks);
-    clt_Trace("LfxMain: ");
-    clt_Trace("m_nDisks is [%d]\n", m_nDisks);
+    Trace("m_nDisks is [%d]\n", m_nDisks);
     GetIniString("Files", "SetupDll", strSetupDll);
-    clt_Trace("LfxMain: ");
-    clt_Trace("strSetupDll is [%s]\n", strSetupDll.c_str());
+    Trace("strSetupDll is [%s]\n", strSetupDll.c_str());
 
     // The setup library is the one library loaded from the data folder, by its full path.
     m_hSetupDll = LoadLibraryA(JoinPath(g_Env["DataDir"], strSetupDll).c_str());
@@ -290,25 +293,21 @@ int LfxMain::DetermineLauncherState()
     {
         m_dwState = LFX_STATE_NOT_INSTALLED;
         g_Env.Set("SourceDir", g_Env["LauncherDir"].c_str(), true);
-        clt_Trace("LfxMain: ");
-        clt_Trace("m_dwState is [%d]\n", m_dwState);
+        Trace("m_dwState is [%d]\n", m_dwState);
         return 1;
     }
     Trace("Product is installed.\n");
     CltString strFilProduct, strFilDir;
     GetIniString("Files", "Product", strFilProduct);
-    clt_Trace("LfxMain: ");
-    clt_Trace("strFilProduct is [%s].\n", strFilProduct.c_str());
+    Trace("strFilProduct is [%s].\n", strFilProduct.c_str());
     GetIniString("Folders", "Product", strFilDir);
-    clt_Trace("LfxMain: ");
-    clt_Trace("strFilDir is [%s].\n", strFilDir.c_str());
+    Trace("strFilDir is [%s].\n", strFilDir.c_str());
     g_Env.Set("ProductDir", JoinPath(g_Env["InstallDir"], strFilDir).c_str(), true);
     g_Env.Set("ProductExe", JoinPath(g_Env["ProductDir"], strFilProduct).c_str(), true);
     CltString comparing;
     g_Env.Expand(comparing,
                  "Comparing LauncherDir [$[LauncherDir]] and InstallDir [$[InstallDir]].\n");
-    clt_Trace("LfxMain: ");
-    clt_Trace("%s", comparing.c_str());
+    Trace("%s", comparing.c_str());
 
     CltString installedLauncher = JoinPath(g_Env["InstallDir"], g_Env["LauncherName"]);
     if (clt_IsFilePresent(installedLauncher) &&
@@ -328,8 +327,7 @@ int LfxMain::DetermineLauncherState()
     // own folder, so that the launcher still starts.
     if (source.empty()) source = g_Env["InstallDir"];
     g_Env.Set("SourceDir", NormaliseFolder(source).c_str(), true);
-    clt_Trace("LfxMain: ");
-    clt_Trace("m_dwState is [%d]\n", m_dwState);
+    Trace("m_dwState is [%d]\n", m_dwState);
     return 1;
 }
 
@@ -338,10 +336,8 @@ int LfxMain::CheckMutex()
     CltString strLauncherMutex, strGameMutex;
     GetIniString("Mutex", "Launcher", strLauncherMutex);
     GetIniString("Mutex", "Product", strGameMutex);
-    clt_Trace("LfxMain: ");
-    clt_Trace("strLauncherMutex is [%s].\n", strLauncherMutex.c_str());
-    clt_Trace("LfxMain: ");
-    clt_Trace("strGameMutex is [%s].\n", strGameMutex.c_str());
+    Trace("strLauncherMutex is [%s].\n", strLauncherMutex.c_str());
+    Trace("strGameMutex is [%s].\n", strGameMutex.c_str());
     // clang-format off
     CLT_ASSERT_AT(!strLauncherMutex.empty(), 336);
     CLT_ASSERT_AT(!strGameMutex.empty(), 337);

@@ -8,6 +8,7 @@
 #include "FrameWork/_lfx/Source/lfx_Launcher.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
+#include "lfx_Fixture.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
@@ -43,14 +44,10 @@ RecordingLauncher g_launcher;
 // product in folder 'root' with the given setup.ini.
 void Prepare(const std::string& root, const demo::Ini& ini, const std::string& testSettings = "")
 {
-    if (g_LfxMain.m_pVokSetup) g_LfxMain.m_pVokSetup->Release();
-    if (g_LfxMain.m_hSetupDll) FreeLibrary(static_cast<HMODULE>(g_LfxMain.m_hSetupDll));
-    g_LfxMain.m_pVokSetup = nullptr;
-    g_LfxMain.m_hSetupDll = nullptr;
+    ReleaseSetup();
     FreeLibrary(GetModuleHandleA(Join(root, "Install\\VokSetup.dll").c_str()));
     RemoveTree(root);
-    demo::Ini withTests = ini;
-    demo::MakeProduct(root, withTests);
+    demo::MakeProduct(root, ini);
     if (!testSettings.empty())
         WriteTextFile(Join(root, "Install\\setup.ini"),
                       ini.Text() + "[VokSetupTest]\r\n" + testSettings);

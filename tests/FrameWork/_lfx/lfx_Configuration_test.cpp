@@ -3,22 +3,12 @@
 #include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
+#include "lfx_Fixture.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
 
 using namespace harness;
-
-namespace
-{
-void ReleaseSetup()
-{
-    if (g_LfxMain.m_pVokSetup) g_LfxMain.m_pVokSetup->Release();
-    if (g_LfxMain.m_hSetupDll) FreeLibrary(static_cast<HMODULE>(g_LfxMain.m_hSetupDll));
-    g_LfxMain.m_pVokSetup = nullptr;
-    g_LfxMain.m_hSetupDll = nullptr;
-}
-} // namespace
 
 TEST(LfxConfiguration, SettingsFromSetupIniAndRegistry)
 {
