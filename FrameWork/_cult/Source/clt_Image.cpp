@@ -1,0 +1,112 @@
+// CltImage: heap-backed images, addressing by origin, in-place format conversion.
+#include "FrameWork/_cult/Source/clt_Image.h"
+
+#include <cstdlib>
+#include <cstring>
+
+CltImage::~CltImage()
+{
+    // The destructor's call is not virtual: a derived class frees its own part first.
+    CltImage::Free();
+}
+
+bool CltImage::Create(const CltPixelFormat& format, int32_t width, int32_t height,
+                      int32_t origin)
+{
+    Free();
+    m_nWidth = m_nHeight = m_nPitch = 0;
+    if (format.bytesPerPixel == 0 || width < 0 || height < 0) return false;
+    uint64_t pitch = (uint64_t(format.bytesPerPixel) * uint64_t(width) + 1) & ~uint64_t(1);
+    uint64_t size = pitch * uint64_t(height);
+    if (size > kMaxBytes) return false;
+    // calloc rather than new: the block is filled with 0 and a failure returns none.
+    m_pOwned = static_cast<uint8_t*>(calloc(size ? size : 1, 1));
+    if (!m_pOwned) return false;
+    m_pData = m_pOwned;
+    m_nPitch = int32_t(pitch);
+    m_nSize = uint32_t(size);
+    m_nOrigin = origin;
+    m_nWidth = width;
+    m_nHeight = height;
+    m_Format = format;
+    return true;
+}
+
+CltRect CltImage::GetFrameRect(int32_t, int32_t) const
+{
+    return CltRect{0, 0, m_nWidth, m_nHeight};
+}
+
+CltImage* CltImage::New() const
+{
+    return new CltImage;
+}
+
+void CltImage::Free()
+{
+    free(m_pOwned);
+    m_pOwned = nullptr;
+    m_pData = nullptr;
+    m_nSize = 0;
+}
+
+uint8_t* CltImage::PixelAddress(int32_t x, int32_t y) const
+{
+    if (!m_pData) return nullptr;
+    intptr_t bpp = m_Format.bytesPerPixel, pitch = m_nPitch;
+    intptr_t right = m_nWidth - 1 - intptr_t(x), bottom = m_nHeight - 1 - intptr_t(y);
+    switch (m_nOrigin)
+    {
+    case OriginTopLeft: return m_pData + y * pitch + x * bpp;
+    case OriginTopRight: return m_pData + y * pitch + right * bpp;
+    case OriginBottomLeft: return m_pData + bottom * pitch + x * bpp;
+    case OriginBottomRight: return m_pData + bottom * pitch + right * bpp;
+    default: return nullptr;
+    }
+}
+
+int32_t CltImage::XStep() const
+{
+    int32_t bpp = int32_t(m_Format.bytesPerPixel);
+    switch (m_nOrigin)
+    {
+    case OriginTopLeft:
+    case OriginBottomLeft: return bpp;
+    case OriginTopRight:
+    case OriginBottomRight: return -bpp;
+    default: return 0;
+    }
+}
+
+int32_t CltImage::YStep() const
+{
+    switch (m_nOrigin)
+    {
+    case OriginTopLeft:
+    case OriginTopRight: return m_nPitch;
+    case OriginBottomLeft:
+    case OriginBottomRight: return -m_nPitch;
+    default: return 0;
+    }
+}
+
+bool CltImage::ConvertTo(const CltPixelFormat& format)
+{
+    if (format.id == m_Format.id) return true;
+    uint8_t* old = static_cast<uint8_t*>(malloc(m_nSize ? m_nSize : 1));
+    if (!old) return false;
+    if (m_nSize) memcpy(old, m_pData, m_nSize);
+    CltPixelFormat oldFormat = m_Format;
+    int32_t oldPitch = m_nPitch, width = m_nWidth, height = m_nHeight, origin = m_nOrigin;
+    void* frames = m_pFrames;
+    m_pFrames = nullptr;
+    bool made = Create(format, width, height, origin);
+    m_pFrames = frames;
+    // A failed re-creation leaves the image empty; nothing is written into it.
+    if (made)
+        for (int32_t r = 0; r < height; ++r)
+            ConvertRow(format, m_pData + intptr_t(r) * m_nPitch, oldFormat,
+                       old + intptr_t(r) * oldPitch, uint32_t(width));
+    free(old);
+    return made;
+}

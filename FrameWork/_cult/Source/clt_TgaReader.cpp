@@ -1,0 +1,115 @@
+// The TGA reader: true-colour images of 24 or 32 bits, uncompressed (type 2) or run-length
+// encoded (type 10), without identification field or colour map, in any of the four
+// origins. Rows are stored in file order; the origin from the descriptor makes the picture
+// upright for the pixel operations. The image is made bottom-up when the file is, so that
+// a DIB section filled from the file is also upright for GDI.
+//
+// Run-length data is decoded as one stream of pixels over the whole image: a packet that
+// reaches past the end of a row continues on the next row (as older writers produced), and
+// pixels past the last row are dropped, so nothing is ever written outside the image.
+#include <cstdlib>
+#include <cstring>
+
+#include "FrameWork/_cult/Source/clt_ImageFile.h"
+#include "FrameWork/_cult/Source/clt_Init.h"
+
+namespace
+{
+class CltTgaReader : public CltImageLoader
+{
+  public:
+    const char* GetExtensions() override { return "tga\0"; }
+    bool Load(const CltGuid& streamId, CltImage& image, const char* fileName) override;
+    bool Save(const CltGuid&, const CltImage&, const char*) override { return false; }
+};
+
+int32_t OriginOf(uint8_t descriptor)
+{
+    bool top = descriptor & 0x20, right = descriptor & 0x10;
+    return top ? (right ? OriginTopRight : OriginTopLeft)
+               : (right ? OriginBottomRight : OriginBottomLeft);
+}
+
+// Decodes packets from [in, end) into the image's stored rows; false when the data ends
+// before every pixel is produced.
+bool DecodeRle(const uint8_t* in, const uint8_t* end, CltImage& image, uint32_t bpp)
+{
+    uint32_t width = uint32_t(image.m_nWidth), x = 0;
+    int32_t row = 0;
+    uint8_t* out = image.m_pData;
+    while (row < image.m_nHeight)
+    {
+        if (in >= end) return false;
+        uint8_t h = *in++;
+        uint32_t count = (h & 0x7Fu) + 1;
+        bool run = h & 0x80;
+        if (uint64_t(end - in) < uint64_t(run ? 1 : count) * bpp) return false;
+        for (uint32_t i = 0; i < count && row < image.m_nHeight; ++i)
+        {
+            memcpy(out + uint64_t(x) * bpp, in, bpp);
+            if (!run) in += bpp;
+            if (++x == width)
+            {
+                x = 0;
+                out = image.m_pData + intptr_t(++row) * image.m_nPitch;
+            }
+        }
+        if (run) in += bpp;
+    }
+    return true;
+}
+
+bool CltTgaReader::Load(const CltGuid& streamId, CltImage& image, const char* fileName)
+{
+    CltReadStream stream(streamId, fileName);
+    if (!stream.IsOpen()) return false;
+    uint8_t header[18];
+    if (!stream.ReadExactly(header, sizeof header)) return false;
+    uint8_t type = header[2], depth = header[16], descriptor = header[17];
+    int32_t width = header[12] | header[13] << 8, height = header[14] | header[15] << 8;
+    if (type != 2 && type != 10) return false;
+    const CltPixelFormat* format = depth == 24 ? &g_pfRgb24 : depth == 32 ? &g_pfArgb32 : nullptr;
+    if (!format) return false;
+    uint32_t bpp = depth / 8;
+
+    // The least data that can describe the image: packed pixels, or for run-length data
+    // one packet (header and one pixel) per 128 pixels.
+    uint64_t pixels = uint64_t(width) * uint64_t(height);
+    uint64_t least = type == 2 ? pixels * bpp : (pixels + 127) / 128 * (1 + bpp);
+    int64_t remaining = stream.Remaining();
+    if (remaining < 0 || least > uint64_t(remaining)) return false;
+
+    int32_t origin = OriginOf(descriptor);
+    bool bottomUp = origin == OriginBottomLeft || origin == OriginBottomRight;
+    if (!image.Create(*format, width, height, bottomUp ? OriginBottomLeft : OriginTopLeft))
+        return false;
+
+    uint64_t rowBytes = uint64_t(width) * bpp;
+    if (type == 2)
+    {
+        if (uint64_t(image.m_nPitch) == rowBytes)
+        {
+            if (!stream.ReadExactly(image.m_pData, pixels * bpp)) return false;
+        }
+        else
+            for (int32_t r = 0; r < height; ++r)
+                if (!stream.ReadExactly(image.m_pData + intptr_t(r) * image.m_nPitch, rowBytes))
+                    return false;
+    }
+    else if (pixels > 0)
+    {
+        // The packets are read in one piece and decoded from memory.
+        uint8_t* data = static_cast<uint8_t*>(malloc(size_t(remaining) + 1));
+        if (!data) return false;
+        bool decoded = stream.ReadExactly(data, uint64_t(remaining)) &&
+                       DecodeRle(data, data + remaining, image, bpp);
+        free(data);
+        if (!decoded) return false;
+    }
+    image.m_nOrigin = origin;
+    return true;
+}
+
+CltTgaReader s_TgaReader;
+CLT_STATIC(CLT_INIT_TGA_READER) CltImageReaderComponent s_TgaComponent(CLTID_TgaReader, s_TgaReader);
+} // namespace

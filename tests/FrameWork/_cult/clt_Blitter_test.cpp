@@ -1,0 +1,302 @@
+// The blitter: the stated results of each operation in every form this processor has,
+// the exact clipping, and a seeded random run in which every form must write exactly the
+// bytes of the generic form (CRC of the whole run pinned).
+#include "FrameWork/_cult/Source/clt_Blitter.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace
+{
+struct Form
+{
+    std::string name;
+    std::unique_ptr<CltBlitter> blitter;
+};
+
+std::vector<Form> AllForms()
+{
+    std::vector<Form> forms;
+    int count = 0;
+    const CltBlitterForm* table = GetBlitterForms(&count);
+    for (int i = 0; i < count; ++i)
+        if (table[i].supported())
+            forms.push_back(Form{table[i].name, std::unique_ptr<CltBlitter>(CreateBlitterForm(table[i]))});
+    return forms;
+}
+
+// A w x h image of the format, every pixel the given bytes.
+std::unique_ptr<CltImage> Filled(const CltPixelFormat& f, int32_t w, int32_t h,
+                                 std::vector<uint8_t> px, int32_t origin = OriginTopLeft)
+{
+    auto image = std::make_unique<CltImage>();
+    EXPECT_TRUE(image->Create(f, w, h, origin));
+    for (int32_t y = 0; y < h; ++y)
+        for (int32_t x = 0; x < w; ++x)
+            memcpy(image->PixelAddress(x, y), px.data(), f.bytesPerPixel);
+    return image;
+}
+
+std::vector<uint8_t> At(const CltImage& image, int32_t x, int32_t y)
+{
+    const uint8_t* p = image.PixelAddress(x, y);
+    return std::vector<uint8_t>(p, p + image.m_Format.bytesPerPixel);
+}
+using Bytes = std::vector<uint8_t>;
+} // namespace
+
+TEST(CltBlitter, ChoosesTheFastestSupportedFormOnce)
+{
+    int count = 0;
+    const CltBlitterForm* table = GetBlitterForms(&count);
+    ASSERT_GE(count, 1);
+    EXPECT_STREQ(table[count - 1].name, "generic");
+    const CltBlitterForm* first = nullptr;
+    for (int i = 0; i < count && !first; ++i)
+        if (table[i].supported()) first = &table[i];
+    EXPECT_EQ(&GetChosenBlitterForm(), first);
+    std::unique_ptr<CltBlitter> made(CreateBlitter());
+    EXPECT_NE(made, nullptr);
+}
+
+TEST(CltBlitter, BlendsTintsAndCopiesAsStated)
+{
+    for (Form& form : AllForms())
+    {
+        SCOPED_TRACE(form.name);
+        CltBlitter& b = *form.blitter;
+        // Wide enough that the kernels' vector loops and their tails both run.
+        const int32_t W = 37;
+
+        // AlphaBlit: opaque 200,100,50 over black gives 199,99,49 (normal); alpha 0 skips;
+        // the destination's alpha byte stays.
+        auto dst = Filled(g_pfArgb32, W, 2, {0, 0, 0, 77});
+        auto src = Filled(g_pfArgb32, W, 2, {50, 100, 200, 255});
+        memcpy(src->PixelAddress(5, 0), Bytes{1, 2, 3, 0}.data(), 4);
+        b.AlphaBlit(0, *dst, *src, 0, 0);
+        EXPECT_EQ(At(*dst, 0, 0), (Bytes{49, 99, 199, 77}));
+        EXPECT_EQ(At(*dst, W - 1, 1), (Bytes{49, 99, 199, 77}));
+        EXPECT_EQ(At(*dst, 5, 0), (Bytes{0, 0, 0, 77}));
+        // Screen: 255 - ((255 - s*a/256) * (255 - d) >> 8), here over 100.
+        dst = Filled(g_pfArgb32, W, 1, {100, 100, 100, 9});
+        src = Filled(g_pfArgb32, W, 1, {50, 100, 200, 128});
+        b.AlphaBlit(1, *dst, *src, 0, 0);
+        EXPECT_EQ(At(*dst, 20, 0), (Bytes{116, 131, 162, 9}));
+
+        // BlendBlit with amount 0 only rounds: (d * 255) >> 8.
+        dst = Filled(g_pfArgb32, W, 1, {0, 1, 128, 255});
+        src = Filled(g_pfArgb32, W, 1, {255, 255, 255, 255});
+        b.BlendBlit(0, *dst, *src, 0, 0, 0);
+        EXPECT_EQ(At(*dst, 30, 0), (Bytes{0, 0, 127, 255}));
+        b.BlendBlit(0, *dst, *src, 0, 0, 255);
+        EXPECT_EQ(At(*dst, 36, 0), (Bytes{254, 254, 254, 255}));
+
+        // TintBlit: mask 255 towards (10, 20, 30) over black gives (9, 19, 29); mask 0 skips.
+        dst = Filled(g_pfArgb32, W, 1, {0, 0, 0, 5});
+        auto mask = Filled(g_pfGrey8, W, 1, {255});
+        mask->PixelAddress(33, 0)[0] = 0;
+        const uint8_t colour[3] = {10, 20, 30};
+        b.TintBlit(0, *dst, *mask, 0, 0, colour);
+        EXPECT_EQ(At(*dst, 0, 0), (Bytes{9, 19, 29, 5}));
+        EXPECT_EQ(At(*dst, 33, 0), (Bytes{0, 0, 0, 5}));
+
+        // KeyBlit copies every pixel but the key.
+        dst = Filled(g_pfArgb32, W, 1, {1, 1, 1, 1});
+        src = Filled(g_pfArgb32, W, 1, {0xFF, 0, 0xFF, 0});
+        memcpy(src->PixelAddress(9, 0), Bytes{4, 3, 2, 1}.data(), 4);
+        b.KeyBlit(*dst, 0, 0, *src, 0, 0, W, 1, 0x00FF00FF);
+        EXPECT_EQ(At(*dst, 8, 0), (Bytes{1, 1, 1, 1}));
+        EXPECT_EQ(At(*dst, 9, 0), (Bytes{4, 3, 2, 1}));
+
+        // Halve of a 5 x 5 grey image into a large destination writes 2 x 2 pixels.
+        auto big = Filled(g_pfGrey8, 8, 8, {9});
+        auto grey = Filled(g_pfGrey8, 5, 5, {0});
+        grey->m_pData[0] = 3; // the first block sums to 3, the second to 4
+        grey->m_pData[2] = 1;
+        grey->m_pData[3] = 1;
+        grey->m_pData[grey->m_nPitch + 2] = 2;
+        b.Halve(*big, *grey, 1);
+        bool mmx = form.name == "mmx"; // any non-zero pixel gives 255 in the MMX form
+        EXPECT_EQ(At(*big, 0, 0), (Bytes{uint8_t(mmx ? 255 : 0)}));
+        EXPECT_EQ(At(*big, 1, 0), (Bytes{255}));
+        EXPECT_EQ(At(*big, 2, 0), (Bytes{9}));
+        EXPECT_EQ(At(*big, 0, 2), (Bytes{9}));
+        b.Halve(*big, *grey, 0);
+        EXPECT_EQ(At(*big, 0, 0), (Bytes{0}));
+        EXPECT_EQ(At(*big, 1, 0), (Bytes{1}));
+    }
+}
+
+TEST(CltBlitter, ClipsPlacedImagesOnEverySide)
+{
+    // A 30 x 4 source drawn at x = -10 onto a 100 x 6 destination: source columns 10-29
+    // land on destination columns 0-19. Each source pixel holds its own column.
+    struct Case
+    {
+        int32_t x, y;
+        int32_t firstDx, lastDx, firstSx, rows;
+    } cases[] = {
+        {-10, 0, 0, 19, 10, 4}, {90, 3, 90, 99, 0, 3}, {-29, -3, 0, 0, 29, 1},
+        {-30, 0, -1, -1, 0, 0}, {100, 0, -1, -1, 0, 0}, {5, 6, -1, -1, 0, 0},
+    };
+    for (Form& form : AllForms())
+        for (const Case& c : cases)
+        {
+            SCOPED_TRACE(form.name + " x=" + std::to_string(c.x) + " y=" + std::to_string(c.y));
+            auto dst = Filled(g_pfArgb32, 100, 6, {0, 0, 0, 0});
+            auto src = Filled(g_pfArgb32, 30, 4, {0, 0, 0, 255});
+            for (int32_t y = 0; y < 4; ++y)
+                for (int32_t x = 0; x < 30; ++x)
+                    src->PixelAddress(x, y)[0] = uint8_t(x + 10);
+            form.blitter->BlendBlit(0, *dst, *src, c.x, c.y, 255);
+            int32_t drawn = 0, rows = 0;
+            for (int32_t y = 0; y < 6; ++y)
+            {
+                int32_t inRow = 0;
+                for (int32_t x = 0; x < 100; ++x)
+                    if (dst->PixelAddress(x, y)[0])
+                    {
+                        int32_t sx = x - c.x;
+                        EXPECT_EQ(dst->PixelAddress(x, y)[0], uint8_t(((sx + 10) * 255) >> 8));
+                        if (x == c.firstDx) EXPECT_EQ(sx, c.firstSx);
+                        EXPECT_GE(x, c.firstDx);
+                        EXPECT_LE(x, c.lastDx);
+                        ++inRow;
+                    }
+                drawn += inRow;
+                rows += inRow > 0;
+            }
+            EXPECT_EQ(rows, c.rows);
+            EXPECT_EQ(drawn, c.rows * (c.lastDx - c.firstDx + 1));
+        }
+}
+
+TEST(CltBlitter, KeyBlitClipsBothImages)
+{
+    struct Case
+    {
+        int32_t dx, dy, sx, sy, w, h;
+        int32_t copied;            // pixels written
+        int32_t firstDx, firstDy;  // where the first copied pixel lands
+        int32_t firstSx, firstSy;  // which source pixel it is
+    } cases[] = {
+        {0, 0, 0, 0, 4, 4, 16, 0, 0, 0, 0},
+        {-2, 0, 0, 0, 4, 1, 2, 0, 0, 2, 0},    // left of the destination
+        {0, 0, -3, -1, 6, 3, 6, 3, 1, 0, 0},   // before the source's corner
+        {6, 5, 0, 0, 10, 10, 4 * 1, 6, 5, 0, 0}, // past the destination's right and bottom
+        {0, 0, 3, 3, 10, 10, 1, 0, 0, 3, 3},   // past the source's right and bottom
+        {0, 0, 4, 0, 3, 3, 0, 0, 0, 0, 0},     // starts past the source
+        {0, 0, 0, 0, 0, 5, 0, 0, 0, 0, 0},     // empty block
+        {-5, -5, 0, 0, 5, 5, 0, 0, 0, 0, 0},   // entirely off the destination
+    };
+    for (Form& form : AllForms())
+        for (const Case& c : cases)
+        {
+            SCOPED_TRACE(form.name + " case dx=" + std::to_string(c.dx) + " sx=" + std::to_string(c.sx));
+            auto dst = Filled(g_pfArgb32, 10, 6, {0, 0, 0, 0});
+            auto src = Filled(g_pfArgb32, 4, 4, {0, 0, 0, 0});
+            for (int32_t y = 0; y < 4; ++y)
+                for (int32_t x = 0; x < 4; ++x)
+                    memcpy(src->PixelAddress(x, y), Bytes{uint8_t(x + 1), uint8_t(y + 1), 0, 0}.data(), 4);
+            form.blitter->KeyBlit(*dst, c.dx, c.dy, *src, c.sx, c.sy, c.w, c.h, 0xFFFFFFFF);
+            int32_t copied = 0;
+            bool first = true;
+            for (int32_t y = 0; y < 6; ++y)
+                for (int32_t x = 0; x < 10; ++x)
+                {
+                    const uint8_t* p = dst->PixelAddress(x, y);
+                    if (!p[0]) continue;
+                    ++copied;
+                    EXPECT_EQ(p[0] - 1, x - c.dx + c.sx);
+                    EXPECT_EQ(p[1] - 1, y - c.dy + c.sy);
+                    if (first) EXPECT_EQ((Bytes{uint8_t(x), uint8_t(y), uint8_t(p[0] - 1), uint8_t(p[1] - 1)}),
+                                         (Bytes{uint8_t(c.firstDx), uint8_t(c.firstDy), uint8_t(c.firstSx), uint8_t(c.firstSy)}));
+                    first = false;
+                }
+            EXPECT_EQ(copied, c.copied);
+        }
+}
+
+TEST(CltBlitter, GlowMaxMixAndFlips)
+{
+    CltBlitter b;
+    // Glow 2 of a single 255 pixel: sides 51, above and below 17, diagonals 11.
+    auto grey = Filled(g_pfGrey8, 5, 5, {0});
+    grey->PixelAddress(2, 2)[0] = 255;
+    b.Glow(*grey, 2);
+    EXPECT_EQ(At(*grey, 1, 2), Bytes{51});
+    EXPECT_EQ(At(*grey, 3, 2), Bytes{51});
+    EXPECT_EQ(At(*grey, 2, 1), Bytes{17});
+    EXPECT_EQ(At(*grey, 2, 3), Bytes{17});
+    EXPECT_EQ(At(*grey, 1, 1), Bytes{11});
+    EXPECT_EQ(At(*grey, 3, 3), Bytes{11});
+    EXPECT_EQ(At(*grey, 0, 2), Bytes{0});
+    // Size 4 spreads along the row only; a pixel raised to 255 spreads in turn; size 3
+    // and non-grey images do nothing.
+    grey = Filled(g_pfGrey8, 7, 3, {0});
+    grey->PixelAddress(0, 1)[0] = 255;
+    b.Glow(*grey, 3);
+    EXPECT_EQ(At(*grey, 1, 1), Bytes{0});
+    b.Glow(*grey, 4);
+    EXPECT_EQ(At(*grey, 1, 1), Bytes{129});
+    EXPECT_EQ(At(*grey, 2, 1), Bytes{65});
+    EXPECT_EQ(At(*grey, 0, 0), Bytes{1}); // a kernel cell of 0 still lifts 0 to 1 (truncation)
+    auto rgb = Filled(g_pfRgb24, 3, 3, {255, 255, 255});
+    b.Glow(*rgb, 2);
+    EXPECT_EQ(At(*rgb, 0, 0), (Bytes{255, 255, 255}));
+
+    // MaxBlit compares the last channel's byte (red of a 24-bit pixel, the only byte of a
+    // grey one); 32-bit images are refused.
+    auto d24 = Filled(g_pfRgb24, 2, 1, {1, 2, 50});
+    auto s24 = Filled(g_pfRgb24, 2, 1, {9, 9, 60});
+    s24->PixelAddress(1, 0)[2] = 40;
+    b.MaxBlit(*d24, *s24, 0, 0);
+    EXPECT_EQ(At(*d24, 0, 0), (Bytes{1, 2, 60}));
+    EXPECT_EQ(At(*d24, 1, 0), (Bytes{1, 2, 50}));
+    auto g1 = Filled(g_pfGrey8, 2, 1, {10});
+    auto g2 = Filled(g_pfGrey8, 1, 1, {20});
+    b.MaxBlit(*g1, *g2, 1, 0);
+    EXPECT_EQ(At(*g1, 0, 0), Bytes{10});
+    EXPECT_EQ(At(*g1, 1, 0), Bytes{20});
+    auto d32 = Filled(g_pfArgb32, 1, 1, {0, 0, 0, 0});
+    auto s32 = Filled(g_pfArgb32, 1, 1, {9, 9, 9, 9});
+    b.MaxBlit(*d32, *s32, 0, 0);
+    EXPECT_EQ(At(*d32, 0, 0), (Bytes{0, 0, 0, 0}));
+
+    // MixColour: normal, screen, the curved mix at its ends, and an unknown mode.
+    struct Mix
+    {
+        int mode;
+        uint8_t amount;
+        Bytes out;
+    } mixes[] = {
+        {0, 128, {(200 * 128 + 10 * 127) >> 8, (20 * 128 + 100 * 127) >> 8, (255 * 128) >> 8, 0}},
+        {1, 0, {255 - ((55 * 245) >> 8), 255 - ((235 * 155) >> 8), 255, 0}},
+        {2, 0, {(10 * 255) >> 8, (20 * 0 + 100 * 255) >> 8, 0, 0}},
+        {2, 255, {(200 * 255) >> 8, (20 * 255) >> 8, (255 * 255) >> 8, 0}},
+        {3, 7, {0xAA, 0xBB, 0xCC, 0}},
+    };
+    for (const Mix& m : mixes)
+    {
+        uint8_t out[4] = {0xAA, 0xBB, 0xCC, 0xDD};
+        b.MixColour(m.mode, 0x0000640A, 0x00FF14C8, m.amount, out); // base (10,100,0), over (200,20,255)
+        EXPECT_EQ(Bytes(out, out + 4), m.out) << m.mode << " " << int(m.amount);
+    }
+
+    // Flips work on stored rows and pixels; one row flips to itself.
+    auto img = Filled(g_pfRgb24, 3, 3, {0, 0, 0});
+    for (int32_t i = 0; i < 9; ++i)
+        img->PixelAddress(i % 3, i / 3)[0] = uint8_t(i);
+    b.FlipVertical(*img);
+    EXPECT_EQ(At(*img, 1, 0), Bytes({7, 0, 0}));
+    b.FlipHorizontal(*img);
+    EXPECT_EQ(At(*img, 0, 0), Bytes({8, 0, 0}));
+    EXPECT_EQ(At(*img, 1, 1), Bytes({4, 0, 0}));
+    auto row = Filled(g_pfGrey8, 4, 1, {3});
+    b.FlipVertical(*row);
+    EXPECT_EQ(At(*row, 0, 0), Bytes{3});
+}

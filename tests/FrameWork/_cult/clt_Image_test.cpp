@@ -1,0 +1,174 @@
+// Pixel formats, pixel coding, image creation, addressing by origin and conversion.
+#include "FrameWork/_cult/Source/clt_Image.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+namespace
+{
+std::vector<uint32_t> Words(const CltPixelFormat& f)
+{
+    std::vector<uint32_t> w(16);
+    memcpy(w.data(), &f, 64);
+    return w;
+}
+std::vector<int32_t> Corners(const CltRect& r)
+{
+    return {r.left, r.top, r.right, r.bottom};
+}
+} // namespace
+
+TEST(CltPixelFormat, GlobalRecords)
+{
+    using W = std::vector<uint32_t>;
+    EXPECT_EQ(Words(g_pfIndexed8), (W{0, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 8, 1}));
+    EXPECT_EQ(Words(g_pfArgb32), (W{16, 0xFF0000, 0, 8, 0xFF00, 0, 0, 0xFF, 0, 24, 0xFF000000, 0,
+                                    2, 4, 32, 4}));
+    EXPECT_EQ(Words(g_pfRgb24),
+              (W{16, 0xFF0000, 0, 8, 0xFF00, 0, 0, 0xFF, 0, 0, 0, 0, 5, 3, 24, 3}));
+    EXPECT_EQ(Words(g_pfGrey8), (W{0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0, 0, 6, 1, 8, 3}));
+}
+
+TEST(CltPixelFormat, DecodesAndEncodesThroughTheChannelRecords)
+{
+    const CltColour c = {0x12, 0x34, 0x56, 200};
+    struct Case
+    {
+        const CltPixelFormat* format;
+        std::vector<uint8_t> bytes; // encoding of c
+        CltColour decoded;          // decoding of those bytes
+    } cases[] = {
+        {&g_pfArgb32, {0x56, 0x34, 0x12, 200}, {0x12, 0x34, 0x56, 200}},
+        // No alpha channel: the blue byte stays the colour's blue, alpha decodes as 0.
+        {&g_pfRgb24, {0x56, 0x34, 0x12}, {0x12, 0x34, 0x56, 0}},
+        {&g_pfIndexed8, {0x12}, {0x12, 0, 0, 0}},
+        // Grey: the three channels share the byte, so encoding ORs them.
+        {&g_pfGrey8, {0x12 | 0x34 | 0x56}, {0x76, 0x76, 0x76, 0}},
+    };
+    for (const Case& k : cases)
+    {
+        uint8_t out[4] = {0xEE, 0xEE, 0xEE, 0xEE};
+        EncodePixel(*k.format, c, out);
+        EXPECT_EQ(std::vector<uint8_t>(out, out + k.bytes.size()), k.bytes) << k.format->id;
+        EXPECT_EQ(out[k.bytes.size() < 4 ? k.bytes.size() : 3], k.bytes.size() < 4 ? 0xEE : 200)
+            << "wrote past the pixel, format " << k.format->id;
+        CltColour d = DecodePixel(*k.format, k.bytes.data());
+        EXPECT_EQ(memcmp(&d, &k.decoded, 4), 0) << k.format->id;
+    }
+    // A format with a lossy channel shifts the bits back up when decoding.
+    CltPixelFormat f565 = {{11, 0xF800, 3}, {5, 0x7E0, 2}, {0, 0x1F, 3}, {0, 0, 0}, 9, 2, 16, 3};
+    uint8_t px[2];
+    EncodePixel(f565, CltColour{0xFF, 0x80, 0x0F, 0}, px);
+    EXPECT_EQ(px[0] | px[1] << 8, 0xFC01);
+    CltColour d = DecodePixel(f565, px);
+    EXPECT_EQ(d.r, 0xF8);
+    EXPECT_EQ(d.g, 0x80);
+    EXPECT_EQ(d.b, 0x08);
+}
+
+TEST(CltImage, CreateSizesAndRefusals)
+{
+    struct Case
+    {
+        const CltPixelFormat* format;
+        int32_t width, height;
+        bool made;
+        int32_t pitch;
+        uint32_t size;
+    } cases[] = {
+        {&g_pfRgb24, 5, 2, true, 16, 32}, {&g_pfRgb24, 3, 2, true, 10, 20},
+        {&g_pfGrey8, 7, 3, true, 8, 24},  {&g_pfArgb32, 1, 1, true, 4, 4},
+        {&g_pfArgb32, 0, 9, true, 0, 0},  {&g_pfArgb32, -1, 1, false, 0, 0},
+        // 4 * 0x8000 * 0x4000 bytes overflow a signed 32-bit size.
+        {&g_pfArgb32, 0x8000, 0x4000, false, 0, 0},
+    };
+    CltPixelFormat none = {};
+    CltImage image;
+    EXPECT_FALSE(image.Create(none, 4, 4, OriginTopLeft));
+    for (const Case& c : cases)
+    {
+        ASSERT_TRUE(image.Create(g_pfArgb32, 2, 2, OriginTopLeft)); // replaced by the next
+        EXPECT_EQ(image.Create(*c.format, c.width, c.height, OriginBottomLeft), c.made) << c.width;
+        EXPECT_EQ(image.m_nPitch * (c.made ? 1 : 0), c.pitch);
+        EXPECT_EQ(image.m_nSize, c.size);
+        if (!c.made) EXPECT_EQ(image.m_pData, nullptr);
+        if (c.made && c.size)
+        {
+            EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);
+            EXPECT_EQ(image.m_Format.id, c.format->id);
+            for (uint32_t i = 0; i < c.size; ++i)
+                ASSERT_EQ(image.m_pData[i], 0) << i;
+        }
+    }
+    EXPECT_EQ(Corners(image.GetFrameRect(3, 7)), (std::vector<int32_t>{0, 0, 0, 0}));
+    ASSERT_TRUE(image.Create(g_pfGrey8, 6, 4, OriginTopLeft));
+    EXPECT_EQ(Corners(image.GetFrameRect(3, 7)), (std::vector<int32_t>{0, 0, 6, 4}));
+    CltImage* fresh = image.New();
+    EXPECT_EQ(fresh->m_pData, nullptr);
+    delete fresh;
+}
+
+TEST(CltImage, AddressesPixelsByOrigin)
+{
+    // 4 x 3 pixels of 4 bytes: pitch 16.
+    struct Case
+    {
+        int32_t origin;
+        intptr_t at00, at31, at02; // offsets of (0,0), (3,1), (0,2)
+        int32_t xStep, yStep;
+    } cases[] = {
+        {OriginTopLeft, 0, 16 + 12, 32, 4, 16},
+        {OriginTopRight, 12, 16, 32 + 12, -4, 16},
+        {OriginBottomLeft, 32, 16 + 12, 0, 4, -16},
+        {OriginBottomRight, 32 + 12, 16, 12, -4, -16},
+    };
+    CltImage image;
+    for (const Case& c : cases)
+    {
+        ASSERT_TRUE(image.Create(g_pfArgb32, 4, 3, c.origin));
+        EXPECT_EQ(image.FirstPixel() - image.m_pData, c.at00) << c.origin;
+        EXPECT_EQ(image.PixelAddress(3, 1) - image.m_pData, c.at31) << c.origin;
+        EXPECT_EQ(image.PixelAddress(0, 2) - image.m_pData, c.at02) << c.origin;
+        EXPECT_EQ(image.XStep(), c.xStep);
+        EXPECT_EQ(image.YStep(), c.yStep);
+    }
+    ASSERT_TRUE(image.Create(g_pfArgb32, 4, 3, 7));
+    EXPECT_EQ(image.PixelAddress(0, 0), nullptr);
+    EXPECT_EQ(image.XStep(), 0);
+    EXPECT_EQ(image.YStep(), 0);
+}
+
+TEST(CltImage, ConvertToKeepsRowsAndFollowsTheChannelRules)
+{
+    CltImage image;
+    ASSERT_TRUE(image.Create(g_pfRgb24, 3, 2, OriginBottomLeft)); // pitch 10
+    const uint8_t rows[2][9] = {{1, 2, 3, 4, 5, 6, 7, 8, 9}, {10, 11, 12, 13, 14, 15, 16, 17, 18}};
+    memcpy(image.m_pData, rows[0], 9);
+    memcpy(image.m_pData + 10, rows[1], 9);
+
+    uint8_t* before = image.m_pData;
+    EXPECT_TRUE(image.ConvertTo(g_pfRgb24));
+    EXPECT_EQ(image.m_pData, before);
+
+    ASSERT_TRUE(image.ConvertTo(g_pfArgb32));
+    EXPECT_EQ(image.m_nPitch, 12);
+    EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);
+    const uint8_t expected[24] = {1,  2,  3,  0, 4,  5,  6,  0, 7,  8,  9,  0,
+                                  10, 11, 12, 0, 13, 14, 15, 0, 16, 17, 18, 0};
+    EXPECT_EQ(memcmp(image.m_pData, expected, 24), 0);
+
+    // Indexed to 32 bits: red = index, the rest 0. Grey: R = G = B, alpha 0.
+    CltImage indexed, grey;
+    ASSERT_TRUE(indexed.Create(g_pfIndexed8, 2, 1, OriginTopLeft));
+    ASSERT_TRUE(grey.Create(g_pfGrey8, 2, 1, OriginTopLeft));
+    indexed.m_pData[0] = grey.m_pData[0] = 7;
+    indexed.m_pData[1] = grey.m_pData[1] = 250;
+    ASSERT_TRUE(indexed.ConvertTo(g_pfArgb32));
+    ASSERT_TRUE(grey.ConvertTo(g_pfArgb32));
+    const uint8_t fromIndex[8] = {0, 0, 7, 0, 0, 0, 250, 0};
+    const uint8_t fromGrey[8] = {7, 7, 7, 0, 250, 250, 250, 0};
+    EXPECT_EQ(memcmp(indexed.m_pData, fromIndex, 8), 0);
+    EXPECT_EQ(memcmp(grey.m_pData, fromGrey, 8), 0);
+}
