@@ -3,6 +3,7 @@
 // opens, closes and releases so that tests can check the readers' stream discipline.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 
 #include "FrameWork/_cult/Source/clt_ComponentRegistry.h"

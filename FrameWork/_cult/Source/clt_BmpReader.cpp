@@ -45,7 +45,8 @@ bool CltBmpReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
                                                     : nullptr;
     if (!format) return false;
     if (coloursUsed > 0 && !stream.Skip(uint64_t(coloursUsed) * 4)) return false;
-    if (width < 0 || signedHeight == INT32_MIN) return false;
+    // A bitmap without pixels is refused like a malformed one.
+    if (width <= 0 || signedHeight == 0 || signedHeight == INT32_MIN) return false;
     int32_t height = signedHeight < 0 ? -signedHeight : signedHeight;
     int32_t origin = signedHeight < 0 ? OriginTopLeft : OriginBottomLeft;
 

@@ -68,6 +68,7 @@ bool CltTgaReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
     uint8_t type = header[2], depth = header[16], descriptor = header[17];
     int32_t width = header[12] | header[13] << 8, height = header[14] | header[15] << 8;
     if (type != 2 && type != 10) return false;
+    if (width == 0 || height == 0) return false; // an image without pixels is refused
     const CltPixelFormat* format = depth == 24 ? &g_pfRgb24 : depth == 32 ? &g_pfArgb32 : nullptr;
     if (!format) return false;
     uint32_t bpp = depth / 8;
@@ -96,7 +97,7 @@ bool CltTgaReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
                 if (!stream.ReadExactly(image.m_pData + intptr_t(r) * image.m_nPitch, rowBytes))
                     return false;
     }
-    else if (pixels > 0)
+    else
     {
         // The packets are read in one piece and decoded from memory.
         uint8_t* data = static_cast<uint8_t*>(malloc(size_t(remaining) + 1));

@@ -47,7 +47,11 @@ using Image = std::unique_ptr<CltImage>;
 Image Random(Rng& rng, const CltPixelFormat& format, int32_t maxW, int32_t maxH)
 {
     auto image = std::make_unique<CltImage>();
-    image->Create(format, rng.Range(1, maxW), rng.Range(1, maxH), rng.Range(1, 4));
+    // One draw per statement: argument evaluation order differs between compilers.
+    int32_t w = rng.Range(1, maxW);
+    int32_t h = rng.Range(1, maxH);
+    int32_t origin = rng.Range(1, 4);
+    image->Create(format, w, h, origin);
     // Bytes biased towards 0 and 255 so that skipped pixels, keys and thresholds occur.
     for (uint32_t i = 0; i < image->m_nSize; ++i)
     {

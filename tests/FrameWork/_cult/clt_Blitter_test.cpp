@@ -162,7 +162,7 @@ TEST(CltBlitter, ClipsPlacedImagesOnEverySide)
                     {
                         int32_t sx = x - c.x;
                         EXPECT_EQ(dst->PixelAddress(x, y)[0], uint8_t(((sx + 10) * 255) >> 8));
-                        if (x == c.firstDx) EXPECT_EQ(sx, c.firstSx);
+                        if (x == c.firstDx) { EXPECT_EQ(sx, c.firstSx); }
                         EXPECT_GE(x, c.firstDx);
                         EXPECT_LE(x, c.lastDx);
                         ++inRow;
@@ -213,8 +213,12 @@ TEST(CltBlitter, KeyBlitClipsBothImages)
                     ++copied;
                     EXPECT_EQ(p[0] - 1, x - c.dx + c.sx);
                     EXPECT_EQ(p[1] - 1, y - c.dy + c.sy);
-                    if (first) EXPECT_EQ((Bytes{uint8_t(x), uint8_t(y), uint8_t(p[0] - 1), uint8_t(p[1] - 1)}),
-                                         (Bytes{uint8_t(c.firstDx), uint8_t(c.firstDy), uint8_t(c.firstSx), uint8_t(c.firstSy)}));
+                    if (first)
+                    {
+                        EXPECT_EQ((Bytes{uint8_t(x), uint8_t(y), uint8_t(p[0] - 1), uint8_t(p[1] - 1)}),
+                                  (Bytes{uint8_t(c.firstDx), uint8_t(c.firstDy), uint8_t(c.firstSx),
+                                         uint8_t(c.firstSy)}));
+                    }
                     first = false;
                 }
             EXPECT_EQ(copied, c.copied);

@@ -93,7 +93,7 @@ TEST(CltImage, CreateSizesAndRefusals)
         EXPECT_EQ(image.Create(*c.format, c.width, c.height, OriginBottomLeft), c.made) << c.width;
         EXPECT_EQ(image.m_nPitch * (c.made ? 1 : 0), c.pitch);
         EXPECT_EQ(image.m_nSize, c.size);
-        if (!c.made) EXPECT_EQ(image.m_pData, nullptr);
+        if (!c.made) { EXPECT_EQ(image.m_pData, nullptr); }
         if (c.made && c.size)
         {
             EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);

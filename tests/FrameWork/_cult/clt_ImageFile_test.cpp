@@ -1,0 +1,258 @@
+// The component registry, the choice of reader by extension, the readers on hand-made and
+// malformed data, ReadWholeFile and the region-data size check. Data comes from a memory
+// stream registered as a file-stream component, which also counts how streams are used.
+#include "FrameWork/_cult/Source/clt_ImageFile.h"
+#include "FrameWork/_cult/Source/clt_RegionData.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "support/memory_Stream.h"
+
+namespace
+{
+using Bytes = std::vector<uint8_t>;
+
+Bytes TgaHeader(uint8_t type, uint16_t w, uint16_t h, uint8_t depth, uint8_t descriptor)
+{
+    Bytes b(18, 0);
+    b[2] = type;
+    b[12] = uint8_t(w), b[13] = uint8_t(w >> 8), b[14] = uint8_t(h), b[15] = uint8_t(h >> 8);
+    b[16] = depth;
+    b[17] = descriptor;
+    return b;
+}
+
+Bytes BmpHeader(int32_t w, int32_t h, uint16_t bits, uint32_t headerSize = 40, uint32_t used = 0)
+{
+    Bytes b(14 + headerSize, 0);
+    for (size_t i = 14 + 40; i < b.size(); ++i)
+        b[i] = 0xAA; // the part of a longer header that the reader skips
+    b[0] = 'B', b[1] = 'M';
+    memcpy(&b[14], &headerSize, 4);
+    memcpy(&b[18], &w, 4);
+    memcpy(&b[22], &h, 4);
+    b[26] = 1;
+    memcpy(&b[28], &bits, 2);
+    memcpy(&b[46], &used, 4);
+    return b;
+}
+
+// The header with its size field changed, its bytes unchanged.
+Bytes Resized(Bytes header, uint32_t headerSize)
+{
+    memcpy(&header[14], &headerSize, 4);
+    return header;
+}
+
+Bytes operator+(Bytes a, const Bytes& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+// Loads the bytes as the named file through the memory stream.
+bool Load(const Bytes& data, CltImage& image, const char* name = "image.tga")
+{
+    memstream::Use(data.data(), data.size());
+    return LoadImageFile(memstream::Id(), image, name);
+}
+
+// The stream of the last load was closed after a successful open and destroyed, once each.
+void ExpectStreamDiscipline(const char* what)
+{
+    const memstream::Contents& c = memstream::Current();
+    EXPECT_EQ(c.releases, 1) << what;
+    EXPECT_EQ(c.closes, c.opens) << what;
+}
+} // namespace
+
+TEST(CltComponentRegistry, FindsComponentsByIdAndCategory)
+{
+    uint32_t count = 0;
+    CltComponent** readers = g_ComponentRegistry.ListCategory(CLTCAT_ImageReader, &count);
+    ASSERT_EQ(count, 2u);
+    EXPECT_EQ(readers[0], g_ComponentRegistry.Find(CLTID_BmpReader));
+    EXPECT_EQ(readers[1], g_ComponentRegistry.Find(CLTID_TgaReader));
+    EXPECT_EQ(readers[2], nullptr);
+    delete[] readers;
+    readers = g_ComponentRegistry.ListCategory(CLTID_BmpReader, &count); // not a category
+    EXPECT_EQ(count, 0u);
+    delete[] readers;
+
+    void* made = nullptr;
+    EXPECT_FALSE(g_ComponentRegistry.CreateInstance(CLTCAT_FileStream, CLTID_MemoryBlock, &made));
+    EXPECT_EQ(made, nullptr);
+    EXPECT_FALSE(g_ComponentRegistry.CreateInstance(CLTCAT_ImageReader, CLTID_TgaReader, &made));
+    ASSERT_TRUE(g_ComponentRegistry.CreateInstance(CLTCAT_MemoryBlock, CLTID_MemoryBlock, &made));
+    static_cast<CltMemoryBlock*>(made)->Release();
+    ASSERT_TRUE(g_ComponentRegistry.CreateInstance(CLTCAT_FileStream, CLTID_FileStream, &made));
+    static_cast<CltFileStream*>(made)->Release();
+}
+
+TEST(LoadImageFile, ChoosesTheReaderByExtension)
+{
+    const Bytes tga = TgaHeader(2, 1, 1, 24, 0x20) + Bytes{1, 2, 3};
+    const Bytes bmp = BmpHeader(1, 1, 24) + Bytes{1, 2, 3, 0};
+    struct Case
+    {
+        const char* name;
+        const Bytes* data;
+        bool loads;
+        int opens;
+    } cases[] = {
+        {"SKIN\\ACTIVE.TGA", &tga, true, 1}, {"tga", &tga, true, 1},  {"a.b.Tga", &tga, true, 1},
+        {"product.bmp", &bmp, true, 1},      {"x.DIB", &bmp, true, 1}, {"x.tga", &bmp, false, 1},
+        {"x.png", &tga, false, 0},           {"tga.", &tga, false, 0}, {"bmp.tga.", &bmp, false, 0},
+    };
+    for (const Case& c : cases)
+    {
+        CltImage image;
+        EXPECT_EQ(Load(*c.data, image, c.name), c.loads) << c.name;
+        EXPECT_EQ(memstream::Current().opens, c.opens) << c.name;
+        EXPECT_EQ(memstream::Current().releases, c.opens) << c.name;
+    }
+    CltImage image;
+    memstream::Use(tga.data(), tga.size());
+    memstream::Current().refuseOpen = true;
+    EXPECT_FALSE(LoadImageFile(memstream::Id(), image, "a.tga"));
+    ExpectStreamDiscipline("refused open");
+    EXPECT_EQ(memstream::Current().closes, 0);
+}
+
+TEST(TgaReader, DecodesRunLengthPacketsAcrossRowsAndStopsAtTheImageEnd)
+{
+    const Bytes A = {1, 2, 3, 4}, B = {5, 6, 7, 8}, C = {9, 10, 11, 12};
+    struct Case
+    {
+        const char* what;
+        Bytes packets;
+        std::vector<Bytes> pixels; // the six pixels of a 3 x 2 image, stored order
+    } cases[] = {
+        {"run of 6 (0x85)", Bytes{0x85} + A, {A, A, A, A, A, A}},
+        {"raw of 3 (0x02) twice", Bytes{0x02} + A + B + C + Bytes{0x02} + C + B + A, {A, B, C, C, B, A}},
+        {"run crossing a row", Bytes{0x83} + A + Bytes{0x01} + B + C, {A, A, A, A, B, C}},
+        {"run of 128 past the end", Bytes{0x81} + B + Bytes{0xFF} + C, {B, B, C, C, C, C}},
+        {"raw past the end", Bytes{0x84} + A + Bytes{0x02} + B + C + A, {A, A, A, A, A, B}},
+    };
+    for (const Case& c : cases)
+    {
+        CltImage image;
+        ASSERT_TRUE(Load(TgaHeader(10, 3, 2, 32, 0x20) + c.packets, image)) << c.what;
+        ExpectStreamDiscipline(c.what);
+        EXPECT_EQ(image.m_nOrigin, OriginTopLeft);
+        for (int i = 0; i < 6; ++i)
+        {
+            const uint8_t* p = image.m_pData + (i / 3) * image.m_nPitch + (i % 3) * 4;
+            EXPECT_EQ(Bytes(p, p + 4), c.pixels[i]) << c.what << " pixel " << i;
+        }
+    }
+}
+
+TEST(ImageReaders, RefuseMalformedFilesCleanly)
+{
+    const Bytes pixel3 = {1, 2, 3};
+    struct Case
+    {
+        const char* what;
+        const char* name;
+        Bytes data;
+    } cases[] = {
+        {"colour-mapped TGA", "a.tga", TgaHeader(1, 1, 1, 24, 0) + pixel3},
+        {"grey TGA", "a.tga", TgaHeader(3, 1, 1, 24, 0) + pixel3},
+        {"RLE colour-mapped", "a.tga", TgaHeader(9, 1, 1, 24, 0) + pixel3},
+        {"16-bit TGA", "a.tga", TgaHeader(2, 1, 1, 16, 0) + pixel3},
+        {"8-bit TGA", "a.tga", TgaHeader(2, 1, 1, 8, 0) + pixel3},
+        {"huge raw TGA", "a.tga", TgaHeader(2, 65535, 65535, 32, 0) + Bytes(100, 0)},
+        {"huge RLE TGA", "a.tga", TgaHeader(10, 65535, 65535, 32, 0) + Bytes{0xFF, 1, 2, 3, 4}},
+        {"RLE data ends", "a.tga", TgaHeader(10, 2, 2, 24, 0) + Bytes{0x82} + pixel3},
+        {"RLE raw packet short", "a.tga", TgaHeader(10, 4, 1, 24, 0) + Bytes{0x03} + pixel3 + pixel3 + pixel3},
+        {"short header TGA", "a.tga", Bytes(17, 0)},
+        {"TGA without pixels", "a.tga", TgaHeader(2, 0, 7, 24, 0) + pixel3},
+        {"BMP without rows", "a.bmp", BmpHeader(4, 0, 24) + Bytes(16, 0)},
+        {"BMP without columns", "a.bmp", BmpHeader(0, -1000000, 24) + Bytes(16, 0)},
+        {"32-bit BMP", "a.bmp", BmpHeader(1, 1, 32) + Bytes(4, 0)},
+        {"16-bit BMP", "a.bmp", BmpHeader(1, 1, 16) + Bytes(4, 0)},
+        {"4-bit BMP", "a.bmp", BmpHeader(1, 1, 4) + Bytes(4, 0)},
+        {"header size 12", "a.bmp", Resized(BmpHeader(1, 1, 24), 12) + Bytes(40, 0)},
+        {"header longer than the file", "a.bmp", Resized(BmpHeader(1, 1, 24), 400) + Bytes(4, 0)},
+        {"colour table past the end", "a.bmp", BmpHeader(1, 1, 8, 40, 0x40000000) + Bytes(8, 0)},
+        {"negative width", "a.bmp", BmpHeader(-4, 1, 24) + Bytes(64, 0)},
+        {"height -2^31", "a.bmp", BmpHeader(1, INT32_MIN, 24) + Bytes(64, 0)},
+        {"rows overflow 32 bits", "a.bmp", BmpHeader(0x7FFFFFFF, 0x7FFFFFFF, 24) + Bytes(64, 0)},
+        {"last row short", "a.bmp", BmpHeader(2, 2, 24) + Bytes(8 + 6, 0)},
+    };
+    for (const Case& c : cases)
+    {
+        CltImage image;
+        EXPECT_FALSE(Load(c.data, image, c.name)) << c.what;
+        EXPECT_LE(image.m_nSize, 64u) << c.what << ": allocated beyond what the file holds";
+        ExpectStreamDiscipline(c.what);
+    }
+    // A refused file may leave a made image partly filled, never overrun it.
+    CltImage image;
+    EXPECT_FALSE(Load(TgaHeader(10, 2, 2, 24, 0) + Bytes{0x81} + pixel3 + Bytes{0x01, 1}, image));
+    ExpectStreamDiscipline("RLE ends within a packet");
+}
+
+TEST(BmpReader, ReadsRowsWithTheFilesAlignment)
+{
+    // 3 x 2 at 24 bits: file rows of 9 + 3 bytes; a CltImage has rows of 10 bytes.
+    Bytes rows = {1, 2, 3, 4, 5, 6, 7, 8, 9, 0xEE, 0xEE, 0xEE, 11, 12, 13, 14, 15, 16, 17, 18, 19, 0xEE, 0xEE, 0xEE};
+    CltImage image;
+    ASSERT_TRUE(Load(BmpHeader(3, -2, 24, 52) + rows, image, "a.bmp"));
+    EXPECT_EQ(image.m_nOrigin, OriginTopLeft);
+    EXPECT_EQ(image.m_nHeight, 2);
+    EXPECT_EQ(image.m_nPitch, 10);
+    EXPECT_EQ(Bytes(image.m_pData, image.m_pData + 9), Bytes(rows.begin(), rows.begin() + 9));
+    EXPECT_EQ(Bytes(image.m_pData + 10, image.m_pData + 19), Bytes(rows.begin() + 12, rows.begin() + 21));
+    // 8 bits with a colour table of 2 entries, bottom-up.
+    ASSERT_TRUE(Load(BmpHeader(2, 1, 8, 40, 2) + Bytes(8, 0x55) + Bytes{7, 9, 0, 0}, image, "a.bmp"));
+    EXPECT_EQ(image.m_Format.id, g_pfIndexed8.id);
+    EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);
+    EXPECT_EQ(Bytes(image.m_pData, image.m_pData + 2), (Bytes{7, 9}));
+}
+
+TEST(ReadWholeFile, ReturnsTheBytesAndTwoZeros)
+{
+    const Bytes five = {'a', 'b', 'c', 'd', 'e'};
+    memstream::Use(five.data(), five.size());
+    CltMemoryBlock* block = ReadWholeFile(memstream::Id(), "product.rgn");
+    ASSERT_NE(block, nullptr);
+    ExpectStreamDiscipline("five bytes");
+    ASSERT_EQ(block->GetSize(), 7u);
+    const uint8_t* p = static_cast<const uint8_t*>(block->Lock());
+    EXPECT_EQ(Bytes(p, p + 7), (Bytes{'a', 'b', 'c', 'd', 'e', 0, 0}));
+    block->Unlock();
+    block->Release();
+
+    memstream::Use(five.data(), 0);
+    EXPECT_EQ(ReadWholeFile(memstream::Id(), "empty.rgn"), nullptr);
+    ExpectStreamDiscipline("empty");
+    memstream::Use(five.data(), 5);
+    memstream::Current().refuseOpen = true;
+    EXPECT_EQ(ReadWholeFile(memstream::Id(), "missing.rgn"), nullptr);
+    EXPECT_EQ(memstream::Current().releases, 1);
+    EXPECT_EQ(ReadWholeFile(CLTID_FileStream, "no such folder/none.rgn"), nullptr);
+}
+
+TEST(RegionData, SizeFollowsTheRectangleCount)
+{
+    struct Case
+    {
+        uint32_t count, fileSize, expected;
+    } cases[] = {
+        {0, 32, 32},  {1, 48, 48},  {1, 47, 0},        {2, 100, 64},
+        {0, 31, 0},   {0xFFFFFFFF, 200, 0}, {0x10000000, 64, 0},
+    };
+    for (const Case& c : cases)
+    {
+        Bytes data(std::max<uint32_t>(c.fileSize, 12), 0);
+        memcpy(&data[8], &c.count, 4);
+        EXPECT_EQ(clt_GetRegionDataSize(data.data(), c.fileSize), c.expected) << c.count << " " << c.fileSize;
+    }
+    EXPECT_EQ(clt_GetRegionDataSize(nullptr, 64), 0u);
+}

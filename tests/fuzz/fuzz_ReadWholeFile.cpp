@@ -1,0 +1,30 @@
+// Fuzzes ReadWholeFile and the region-data size check on what it returns: the size handed
+// to the system must lie within the file's bytes.
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "FrameWork/_cult/Source/clt_ImageFile.h"
+#include "FrameWork/_cult/Source/clt_RegionData.h"
+#include "support/memory_Stream.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    memstream::Use(data, size);
+    CltMemoryBlock* block = ReadWholeFile(memstream::Id(), "product.rgn");
+    if (!block)
+    {
+        if (size != 0) __builtin_trap();
+        return 0;
+    }
+    const uint8_t* bytes = static_cast<const uint8_t*>(block->Lock());
+    if (block->GetSize() != size + 2 || memcmp(bytes, data, size) != 0 || bytes[size + 1] != 0)
+        __builtin_trap();
+    uint32_t n = clt_GetRegionDataSize(bytes, uint32_t(size));
+    if (n > size) __builtin_trap();
+    volatile uint8_t last = n ? bytes[n - 1] : 0;
+    (void)last;
+    block->Unlock();
+    block->Release();
+    return 0;
+}
