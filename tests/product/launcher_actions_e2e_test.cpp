@@ -141,6 +141,8 @@ TEST(DemoProduct, InstallHandOverPlayAndUninstallWithoutAWindow)
     EXPECT_EQ(play.boxes[0].title, "Tarn");
     EXPECT_EQ(play.boxes[0].text,
               "No working sound device was found.\n\nDo you want to play without sound?");
+    EXPECT_EQ(play.boxes[0].icon, "question");
+    EXPECT_EQ(play.boxes[0].buttons, (std::vector<int>{IDYES, IDNO}));
     HWND game = WaitForWindowClass("TarnDemoGame", 30000);
     ASSERT_NE(game, nullptr);
     EXPECT_EQ(ChildText(game), "This is Tarn.exe (Tarn).\r\nCommand line: []\r\nWorking folder: [" +
@@ -219,6 +221,7 @@ TEST(LauncherMedia, TheDiscLabelMustBeginWithTheConfiguredLabel)
             EXPECT_EQ(box.title, "Tarn");
             EXPECT_EQ(box.text, c.asked);
             EXPECT_EQ(box.buttons, (std::vector<int>{IDOK, IDCANCEL}));
+            EXPECT_EQ(box.icon, "exclamation");
         }
         std::string record = std::string(c.drive) + "Install\\TarnSetup.exe.log";
         if (c.installerStarted) WaitFor([&] { return !ReadTextFile(record).empty(); }, 10);
@@ -352,7 +355,13 @@ TEST(LauncherDirectX, TheDirectXFolderOnTheMediaAndOnWindows95)
         EXPECT_EQ(r.exitCode, 0u);
         ASSERT_EQ(r.boxes.size(), c.texts.size());
         for (size_t i = 0; i < r.boxes.size(); ++i)
+        {
             EXPECT_EQ(r.boxes[i].text, c.texts[i]) << i;
+            if (c.texts[i] == offer || c.texts[i] == noSound)
+            {
+                EXPECT_EQ(r.boxes[i].icon, "question") << i;
+            }
+        }
         DeleteRegTree(ini.RegistryKey());
     }
     RegDeleteTreeA(HKEY_CURRENT_USER, versionKey);

@@ -60,9 +60,75 @@ BOOL CALLBACK CollectButton(HWND child, LPARAM param)
     return TRUE;
 }
 
-// The system icon that a box shows: its icon control's icon compared with the system's
-// icons. Under Wine icon handles differ from process to process, so only the boxes of
-// the caller's own process are identified; others read as "other".
+struct KnownIcon
+{
+    LPCSTR id;
+    const char* name;
+};
+const KnownIcon kKnownIcons[] = {{IDI_HAND, "hand"},
+                                 {IDI_QUESTION, "question"},
+                                 {IDI_EXCLAMATION, "exclamation"},
+                                 {IDI_ASTERISK, "asterisk"}};
+
+// The pixels (0x00RRGGBB) of a w x h drawing made by draw on a memory bitmap.
+template <typename Draw> std::vector<DWORD> Pixels(int w, int h, Draw draw)
+{
+    HDC screen = GetDC(nullptr);
+    HDC dc = CreateCompatibleDC(screen);
+    HBITMAP bitmap = CreateCompatibleBitmap(screen, w, h);
+    HGDIOBJ old = SelectObject(dc, bitmap);
+    draw(dc, screen);
+    SelectObject(dc, old);
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    std::vector<DWORD> pixels(size_t(w) * h);
+    GetDIBits(dc, bitmap, 0, UINT(h), pixels.data(), &info, DIB_RGB_COLORS);
+    for (DWORD& p : pixels)
+        p &= 0xFFFFFF;
+    DeleteObject(bitmap);
+    DeleteDC(dc);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
+// Identifies the icon that a control shows on the screen: its pixels are compared with
+// each system icon drawn on the control's background (its top-left pixel, which an icon
+// leaves transparent). Used for other processes' boxes, whose icon handles mean nothing
+// here under Wine. Retries while the box is still being painted.
+std::string IconOnScreen(HWND control)
+{
+    RECT client;
+    GetClientRect(control, &client);
+    POINT origin = {0, 0};
+    ClientToScreen(control, &origin);
+    int w = client.right, h = client.bottom;
+    if (w <= 0 || h <= 0) return "other";
+    for (int attempt = 0; attempt < 40; ++attempt)
+    {
+        std::vector<DWORD> shown = Pixels(w, h, [&](HDC dc, HDC screen) {
+            BitBlt(dc, 0, 0, w, h, screen, origin.x, origin.y, SRCCOPY);
+        });
+        DWORD background = shown[0];
+        for (const KnownIcon& k : kKnownIcons)
+        {
+            std::vector<DWORD> drawn = Pixels(w, h, [&](HDC dc, HDC) {
+                HBRUSH brush = CreateSolidBrush(RGB(GetBValue(background), GetGValue(background),
+                                                    GetRValue(background)));
+                RECT all = {0, 0, w, h};
+                FillRect(dc, &all, brush);
+                DeleteObject(brush);
+                DrawIcon(dc, 0, 0, LoadIconA(nullptr, k.id));
+            });
+            if (drawn == shown) return k.name;
+        }
+        Sleep(50);
+    }
+    return "other";
+}
+
+// The system icon that a box shows. The caller's own boxes are identified by the icon
+// handle; under Wine icon handles differ from process to process, so other processes'
+// boxes are identified by the icon's pixels on the screen.
 std::string IconOf(HWND box)
 {
     HWND control = GetDlgItem(box, 0x0440); // the message box's icon control
@@ -70,15 +136,10 @@ std::string IconOf(HWND box)
     DWORD_PTR icon = 0;
     SendMessageTimeoutA(control, STM_GETICON, 0, 0, SMTO_ABORTIFHUNG, 5000, &icon);
     if (!icon) return "";
-    struct Known
-    {
-        LPCSTR id;
-        const char* name;
-    } known[] = {{IDI_HAND, "hand"},
-                 {IDI_QUESTION, "question"},
-                 {IDI_EXCLAMATION, "exclamation"},
-                 {IDI_ASTERISK, "asterisk"}};
-    for (const Known& k : known)
+    DWORD owner = 0;
+    GetWindowThreadProcessId(box, &owner);
+    if (owner != GetCurrentProcessId()) return IconOnScreen(control);
+    for (const KnownIcon& k : kKnownIcons)
         if (reinterpret_cast<DWORD_PTR>(LoadIconA(nullptr, k.id)) == icon) return k.name;
     return "other";
 }
