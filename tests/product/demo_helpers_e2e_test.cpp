@@ -50,7 +50,37 @@ TEST(DemoHelpers, UnknownKeysAreReportedAndEndWithOne)
         EXPECT_EQ(r.boxes[0].title, "Tarn");
         EXPECT_EQ(r.boxes[0].text, c.text);
         EXPECT_EQ(r.boxes[0].buttons, std::vector<int>{IDOK});
+        EXPECT_EQ(r.boxes[0].icon, "exclamation");
     }
+}
+
+TEST(DemoHelpers, WebAddressesOpenInTheRegisteredBrowser)
+{
+    // A stand-in browser, registered for https while the test runs, records the address.
+    // (Wine reads classes from the machine's key only, not from the user's.)
+    std::string folder = Join(TestRoot(), "browser");
+    RemoveTree(folder);
+    MakeFolders(folder);
+    ASSERT_TRUE(CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "browser.exe"));
+    std::string browser = Join(folder, "browser.exe");
+    const char* key = "Software\\Classes\\https\\shell\\open\\command";
+    char previous[1024] = {};
+    DWORD size = sizeof previous;
+    bool hadPrevious = RegGetValueA(HKEY_LOCAL_MACHINE, key, nullptr, RRF_RT_REG_SZ, nullptr,
+                                    previous, &size) == ERROR_SUCCESS;
+    ASSERT_TRUE(SetRegString(key, "", "\"" + browser + "\" \"%1\""));
+    RunResult r = RunHelper("Url.exe", "HOMEPAGE", {});
+    EXPECT_EQ(r.exitCode, 0u);
+    EXPECT_TRUE(r.boxes.empty());
+    std::string record = browser + ".log";
+    for (int i = 0; i < 200 && ReadTextFile(record).empty(); ++i)
+        Sleep(50);
+    EXPECT_EQ(ReadTextFile(record).substr(0, ReadTextFile(record).find('|')),
+              "args=\"https://tarn.example\"");
+    if (hadPrevious)
+        SetRegString(key, "", previous);
+    else
+        DeleteRegTree("Software\\Classes\\https");
 }
 
 TEST(DemoHelpers, DocumentsOpenWithTheShell)
