@@ -260,15 +260,19 @@ struct BoxWatcher::State
 {
     DWORD pid;
     std::vector<int> answers;
+    std::function<void(const MessageBoxRecord&)> onBox;
     std::vector<MessageBoxRecord> boxes;
     std::atomic<bool> stop{false};
     std::thread thread;
 };
 
-BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers) : m_state(new State)
+BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
+                       std::function<void(const MessageBoxRecord&)> onBox)
+    : m_state(new State)
 {
     m_state->pid = processId;
     m_state->answers = std::move(answers);
+    m_state->onBox = std::move(onBox);
     State* st = m_state;
     st->thread = std::thread(
         [st]
@@ -291,6 +295,7 @@ BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers) : m_state(new 
                         record.scripted = false;
                         record.answer = record.buttons.empty() ? IDCANCEL : record.buttons.back();
                     }
+                    if (st->onBox) st->onBox(record);
                     Click(search.found, record.answer);
                     st->boxes.push_back(record);
                 }
@@ -350,7 +355,7 @@ RunResult RunProgram(const RunOptions& options)
     {
         std::unique_ptr<BoxWatcher> watcher;
         if (!options.leaveBoxesToUser && session.pid)
-            watcher = std::make_unique<BoxWatcher>(session.pid, options.answers);
+            watcher = std::make_unique<BoxWatcher>(session.pid, options.answers, options.onBox);
         DWORD start = GetTickCount();
         while (!session.done)
         {

@@ -35,6 +35,8 @@ struct RunOptions
     DWORD timeoutMs = 30000;       // INFINITE: no time-out
     bool leaveBoxesToUser = false; // true: boxes are neither read nor clicked
     std::function<void(const std::string&)> onTrace; // called as each text arrives
+    // Called with each box as read, before its button is clicked (on the watcher thread).
+    std::function<void(const MessageBoxRecord&)> onBox;
 };
 
 struct RunResult
@@ -58,7 +60,8 @@ RunResult RunProgram(const RunOptions& options);
 class BoxWatcher
 {
   public:
-    BoxWatcher(DWORD processId, std::vector<int> answers);
+    BoxWatcher(DWORD processId, std::vector<int> answers,
+               std::function<void(const MessageBoxRecord&)> onBox = nullptr);
     ~BoxWatcher();
     BoxWatcher(const BoxWatcher&) = delete;
     BoxWatcher& operator=(const BoxWatcher&) = delete;
