@@ -28,7 +28,8 @@ void PaintButton(CltImage& image)
         for (int x = 0; x < image.m_nWidth; ++x)
         {
             uint8_t* p = image.PixelAddress(x, y);
-            int edge = std::min(std::min(x, image.m_nWidth - 1 - x), std::min(y, image.m_nHeight - 1 - y));
+            int edge =
+                std::min(std::min(x, image.m_nWidth - 1 - x), std::min(y, image.m_nHeight - 1 - y));
             p[0] = uint8_t(40 + x), p[1] = uint8_t(90 + y * 2), p[2] = uint8_t(200 - x / 2);
             p[3] = uint8_t(edge >= 6 ? 255 : edge * 40);
         }
@@ -83,7 +84,9 @@ void BlitterBench(benchmark::State& state, const CltBlitterForm* form, int op)
             {
             case 0: b->AlphaBlit(0, d.window, d.button, kButtonX, y); break;
             case 1: b->TintBlit(0, d.window, d.mask, kButtonX, y, colour); break;
-            case 2: b->KeyBlit(d.window, kButtonX, y, d.button, 0, 0, kButtonW, kButtonH, 0xFF000000); break;
+            case 2:
+                b->KeyBlit(d.window, kButtonX, y, d.button, 0, 0, kButtonW, kButtonH, 0xFF000000);
+                break;
             }
         if (op == 3) b->Halve(d.halfGrey, d.grey, 0);
         benchmark::ClobberMemory();
@@ -103,13 +106,16 @@ void PixmanOver(benchmark::State& state)
         uint32_t a = p[3];
         src[i] = a << 24 | (p[2] * a / 255) << 16 | (p[1] * a / 255) << 8 | (p[0] * a / 255);
     }
-    pixman_image_t* s = pixman_image_create_bits(PIXMAN_a8r8g8b8, kButtonW, kButtonH, src.data(), kButtonW * 4);
-    pixman_image_t* w = pixman_image_create_bits(PIXMAN_x8r8g8b8, kWindowW, kWindowH,
-                                                 reinterpret_cast<uint32_t*>(d.window.m_pData), d.window.m_nPitch);
+    pixman_image_t* s =
+        pixman_image_create_bits(PIXMAN_a8r8g8b8, kButtonW, kButtonH, src.data(), kButtonW * 4);
+    pixman_image_t* w =
+        pixman_image_create_bits(PIXMAN_x8r8g8b8, kWindowW, kWindowH,
+                                 reinterpret_cast<uint32_t*>(d.window.m_pData), d.window.m_nPitch);
     for (auto _ : state)
     {
         for (int y : kButtonY)
-            pixman_image_composite32(PIXMAN_OP_OVER, s, nullptr, w, 0, 0, 0, 0, kButtonX, y, kButtonW, kButtonH);
+            pixman_image_composite32(PIXMAN_OP_OVER, s, nullptr, w, 0, 0, 0, 0, kButtonX, y,
+                                     kButtonW, kButtonH);
         benchmark::ClobberMemory();
     }
     pixman_image_unref(s);
@@ -124,7 +130,8 @@ void Memcpy(benchmark::State& state)
     {
         for (int y : kButtonY)
             for (int r = 0; r < kButtonH; ++r)
-                memcpy(d.window.PixelAddress(kButtonX, y + r), d.button.PixelAddress(0, r), kButtonW * 4);
+                memcpy(d.window.PixelAddress(kButtonX, y + r), d.button.PixelAddress(0, r),
+                       kButtonW * 4);
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * 5 * kButtonW * kButtonH);
@@ -145,9 +152,11 @@ void WriteFiles()
     char pattern[] = "/tmp/graphics_benchXXXXXX";
     g_Folder = mkdtemp(pattern);
     const int w = kWindowW, h = kWindowH;
-    auto pixel = [](int x, int y, uint8_t* p) {
+    auto pixel = [](int x, int y, uint8_t* p)
+    {
         bool flat = (x / 50 + y / 40) % 2 == 0;
-        p[0] = flat ? 60 : uint8_t(x / 2), p[1] = flat ? 120 : uint8_t(y / 2), p[2] = flat ? 30 : uint8_t(x + y);
+        p[0] = flat ? 60 : uint8_t(x / 2), p[1] = flat ? 120 : uint8_t(y / 2),
+        p[2] = flat ? 30 : uint8_t(x + y);
         p[3] = flat ? 255 : uint8_t(x);
     };
     for (int rle = 0; rle < 2; ++rle)
@@ -161,7 +170,8 @@ void WriteFiles()
                 uint8_t p[4], q[4];
                 pixel(x, y, p);
                 int run = 1;
-                while (rle && x + run < w && run < 128 && (pixel(x + run, y, q), memcmp(p, q, 4) == 0))
+                while (rle && x + run < w && run < 128 &&
+                       (pixel(x + run, y, q), memcmp(p, q, 4) == 0))
                     ++run;
                 if (rle && run > 1)
                 {
@@ -207,7 +217,8 @@ void OursDecode(benchmark::State& state, const char* name)
     for (auto _ : state)
     {
         CltImage image;
-        if (!LoadImageFile(CLTID_FileStream, image, path.c_str())) state.SkipWithError("load failed");
+        if (!LoadImageFile(CLTID_FileStream, image, path.c_str()))
+            state.SkipWithError("load failed");
         benchmark::DoNotOptimize(image.m_pData);
     }
     state.SetItemsProcessed(state.iterations() * kWindowW * kWindowH);
@@ -243,7 +254,8 @@ class RatioReporter : public benchmark::ConsoleReporter
 void PrintRatio(RatioReporter& r, const std::string& ours, const std::string& theirs)
 {
     if (!r.times.count(ours) || !r.times.count(theirs)) return;
-    printf("  %-28s / %-16s = %6.2f\n", ours.c_str(), theirs.c_str(), r.times[ours] / r.times[theirs]);
+    printf("  %-28s / %-16s = %6.2f\n", ours.c_str(), theirs.c_str(),
+           r.times[ours] / r.times[theirs]);
 }
 } // namespace
 

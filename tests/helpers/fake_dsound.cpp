@@ -49,8 +49,8 @@ class RefusingDevice final : public IDirectSound
 };
 } // namespace
 
-extern "C" __declspec(dllexport) HRESULT WINAPI DirectSoundCreate(LPCGUID, LPDIRECTSOUND* out,
-                                                                  LPUNKNOWN)
+extern "C" __declspec(dllexport) HRESULT WINAPI
+    DirectSoundCreate(LPCGUID, LPDIRECTSOUND* out, LPUNKNOWN)
 {
     *out = new RefusingDevice;
     return DS_OK;

@@ -259,10 +259,7 @@ TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
     }
 
     // Installed in its own folder: -I runs every check that loads DirectX, then the game.
-    DeleteRegTree(ini.RegistryKey());
-    SetRegDword(ini.RegistryKey(), "Installed", 2);
-    SetRegString(ini.RegistryKey(), "Install Path", folder);
-    SetRegString(ini.RegistryKey(), "Source Dir", folder);
+    demo::MarkInstalled(ini, folder);
     RunResult r = Launch(Join(folder, "Launcher.exe"), "-I", {IDNO, IDNO});
     EXPECT_EQ(r.exitCode, 0u);
     EXPECT_TRUE(HasLine(r, "LfxMain: m_dwState is [1]"));
@@ -338,10 +335,7 @@ TEST(LauncherDirectX, TheDirectXFolderOnTheMediaAndOnWindows95)
                       ini.Text() + "[VokSetupTest]\r\nDirectXState=2\r\nDirectXInstall=0\r\n");
         MakeFolders(Join(folder, "DirectX"));
         MakeFolders(Join(folder, "DX95"));
-        DeleteRegTree(ini.RegistryKey());
-        SetRegDword(ini.RegistryKey(), "Installed", 2);
-        SetRegString(ini.RegistryKey(), "Install Path", folder);
-        SetRegString(ini.RegistryKey(), "Source Dir", folder);
+        demo::MarkInstalled(ini, folder);
         HKEY handle;
         RegCreateKeyExA(HKEY_CURRENT_USER, versionKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
                         &handle, nullptr);

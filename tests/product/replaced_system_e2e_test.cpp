@@ -30,10 +30,7 @@ demo::Ini MakeInstalled(const std::string& folder, const char* tag, const std::s
     MakeFolders(Join(folder, "Game"));
     CopyInto(Join(ExeFolder(), "test_helper.exe"), Join(folder, "Game"), "Tarn.exe");
     MakeFolders(Join(folder, "DirectX"));
-    DeleteRegTree(ini.RegistryKey());
-    SetRegDword(ini.RegistryKey(), "Installed", 2);
-    SetRegString(ini.RegistryKey(), "Install Path", folder);
-    SetRegString(ini.RegistryKey(), "Source Dir", folder);
+    demo::MarkInstalled(ini, folder);
     return ini;
 }
 
@@ -76,7 +73,8 @@ bool InThrowawayPrefix()
 TEST(ReplacedDirectSound, EachFailureShowsItsBoxThenThePlayerDecides)
 {
     ASSERT_TRUE(InThrowawayPrefix()) << "run through replaced_system_e2e.sh only";
-    const std::string noDevice = "No working sound device was found.\n\nDo you want to play without sound?";
+    const std::string noDevice =
+        "No working sound device was found.\n\nDo you want to play without sound?";
     const std::string notStarted = "The program could not be started.\n\nPlease reinstall Tarn.";
     std::string planted = Join(ExeFolder(), "..\\fake-dsound");
     std::string original = Join(TestRoot(), "dsound.original");
@@ -102,9 +100,21 @@ TEST(ReplacedDirectSound, EachFailureShowsItsBoxThenThePlayerDecides)
         {"system library", "", {IDYES}, {ask}, true},
         // After each failure the product asks whether to play without sound.
         {"not a library", Join(TestRoot(), "garbage.dll"), {IDOK, IDNO}, {failed, ask}, false},
-        {"no DirectSoundCreate", Join(planted, "noentry\\dsound.dll"), {IDOK, IDNO}, {failed, ask}, false},
-        {"cooperative level refused", Join(planted, "nocoop\\dsound.dll"), {IDOK, IDNO}, {refused, ask}, false},
-        {"cooperative level refused, played", Join(planted, "nocoop\\dsound.dll"), {IDOK, IDYES}, {refused, ask}, true},
+        {"no DirectSoundCreate",
+         Join(planted, "noentry\\dsound.dll"),
+         {IDOK, IDNO},
+         {failed, ask},
+         false},
+        {"cooperative level refused",
+         Join(planted, "nocoop\\dsound.dll"),
+         {IDOK, IDNO},
+         {refused, ask},
+         false},
+        {"cooperative level refused, played",
+         Join(planted, "nocoop\\dsound.dll"),
+         {IDOK, IDYES},
+         {refused, ask},
+         true},
     };
     WriteTextFile(Join(TestRoot(), "garbage.dll"), "This is not a library.");
     std::string folder = Join(TestRoot(), "dsound");
@@ -145,7 +155,8 @@ int DriveRestart(const char* logPath)
 {
     FILE* log = fopen(logPath, "wb");
     if (!log) return 2;
-    auto note = [&](const std::string& line) {
+    auto note = [&](const std::string& line)
+    {
         fprintf(log, "%s\n", line.c_str());
         fflush(log);
     };
@@ -160,7 +171,8 @@ int DriveRestart(const char* logPath)
     run.arguments = "-I";
     run.answers = {IDYES, IDYES};
     run.timeoutMs = 60000;
-    run.onBox = [&](const MessageBoxRecord& box) {
+    run.onBox = [&](const MessageBoxRecord& box)
+    {
         std::string text = box.text;
         for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n'))
             text.replace(at, 1, "|");

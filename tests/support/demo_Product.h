@@ -101,6 +101,16 @@ inline void MakeProduct(const std::string& folder, const Ini& ini,
     WriteTextFile(Join(data, "setup.ini"), ini.Text());
 }
 
+// Registers the product as installed in folder, from folder (fresh registry values).
+inline void MarkInstalled(const Ini& ini, const std::string& folder)
+{
+    using namespace harness;
+    DeleteRegTree(ini.RegistryKey());
+    SetRegDword(ini.RegistryKey(), "Installed", 2);
+    SetRegString(ini.RegistryKey(), "Install Path", folder);
+    SetRegString(ini.RegistryKey(), "Source Dir", folder);
+}
+
 // The trace split into lines at each "\n" (a prefix and its message form one line).
 inline std::vector<std::string> Lines(const harness::RunResult& r)
 {

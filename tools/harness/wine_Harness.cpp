@@ -105,20 +105,24 @@ std::string IconOnScreen(HWND control)
     if (w <= 0 || h <= 0) return "other";
     for (int attempt = 0; attempt < 40; ++attempt)
     {
-        std::vector<DWORD> shown = Pixels(w, h, [&](HDC dc, HDC screen) {
-            BitBlt(dc, 0, 0, w, h, screen, origin.x, origin.y, SRCCOPY);
-        });
+        std::vector<DWORD> shown =
+            Pixels(w, h,
+                   [&](HDC dc, HDC screen)
+                   { BitBlt(dc, 0, 0, w, h, screen, origin.x, origin.y, SRCCOPY); });
         DWORD background = shown[0];
         for (const KnownIcon& k : kKnownIcons)
         {
-            std::vector<DWORD> drawn = Pixels(w, h, [&](HDC dc, HDC) {
-                HBRUSH brush = CreateSolidBrush(RGB(GetBValue(background), GetGValue(background),
-                                                    GetRValue(background)));
-                RECT all = {0, 0, w, h};
-                FillRect(dc, &all, brush);
-                DeleteObject(brush);
-                DrawIcon(dc, 0, 0, LoadIconA(nullptr, k.id));
-            });
+            std::vector<DWORD> drawn = Pixels(
+                w, h,
+                [&](HDC dc, HDC)
+                {
+                    HBRUSH brush = CreateSolidBrush(
+                        RGB(GetBValue(background), GetGValue(background), GetRValue(background)));
+                    RECT all = {0, 0, w, h};
+                    FillRect(dc, &all, brush);
+                    DeleteObject(brush);
+                    DrawIcon(dc, 0, 0, LoadIconA(nullptr, k.id));
+                });
             if (drawn == shown) return k.name;
         }
         Sleep(50);

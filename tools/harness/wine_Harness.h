@@ -21,9 +21,9 @@ struct MessageBoxRecord
     std::string text;
     std::vector<int> buttons;             // control ids of the visible buttons, in id order
     std::vector<std::string> buttonTexts; // their captions, same order
-    std::string icon;                     // "hand", "question", "exclamation", "asterisk", "other" or ""
-    int answer = 0;                       // the id clicked
-    bool scripted = true;                 // false when the script had no answer left
+    std::string icon;     // "hand", "question", "exclamation", "asterisk", "other" or ""
+    int answer = 0;       // the id clicked
+    bool scripted = true; // false when the script had no answer left
 };
 
 struct RunOptions

@@ -31,8 +31,8 @@ bool ClipPlaced(const CltImage& d, const CltImage& s, int32_t x, int32_t y, Bloc
     int64_t w = std::min<int64_t>(int64_t(x) + s.m_nWidth, d.m_nWidth) - std::max(x, 0);
     int64_t h = std::min<int64_t>(int64_t(y) + s.m_nHeight, d.m_nHeight) - std::max(y, 0);
     if (w < 1 || h < 1 || !d.m_pData || !s.m_pData) return false;
-    b = Block{std::max(x, 0), std::max(y, 0), x < 0 ? -x : 0, y < 0 ? -y : 0, int32_t(w),
-              int32_t(h)};
+    b = Block{std::max(x, 0), std::max(y, 0), x < 0 ? -x : 0,
+              y < 0 ? -y : 0, int32_t(w),     int32_t(h)};
     return true;
 }
 
@@ -62,15 +62,15 @@ bool ClipKeyAxis(int64_t& o, int64_t& size, int64_t s, int64_t sSize, int64_t d,
     return size >= 1;
 }
 
-bool ClipKey(const CltImage& d, int32_t dx, int32_t dy, const CltImage& s, int32_t sx,
-             int32_t sy, int32_t w, int32_t h, Block& b)
+bool ClipKey(const CltImage& d, int32_t dx, int32_t dy, const CltImage& s, int32_t sx, int32_t sy,
+             int32_t w, int32_t h, Block& b)
 {
     int64_t ox = 0, oy = 0, cw = w, ch = h;
     if (!ClipKeyAxis(ox, cw, sx, s.m_nWidth, dx, d.m_nWidth)) return false;
     if (!ClipKeyAxis(oy, ch, sy, s.m_nHeight, dy, d.m_nHeight)) return false;
     if (!d.m_pData || !s.m_pData) return false;
     b = Block{int32_t(dx + ox), int32_t(dy + oy), int32_t(sx + ox),
-              int32_t(sy + oy), int32_t(cw), int32_t(ch)};
+              int32_t(sy + oy), int32_t(cw),      int32_t(ch)};
     return true;
 }
 
@@ -80,8 +80,7 @@ bool IsBlendMode(int mode)
 }
 
 // Walks a clipped block pixel by pixel in the images' own orders.
-template <typename F>
-void WalkBlock(CltImage& d, const CltImage& s, const Block& b, F pixel)
+template <typename F> void WalkBlock(CltImage& d, const CltImage& s, const Block& b, F pixel)
 {
     uint8_t* dRow = d.PixelAddress(b.dx, b.dy);
     const uint8_t* sRow = s.PixelAddress(b.sx, b.sy);
@@ -97,8 +96,7 @@ void WalkBlock(CltImage& d, const CltImage& s, const Block& b, F pixel)
 // Walks a clipped block row by row for a kernel. Rows run forward when both images do;
 // when both run backward the row is the same pairs of pixels read from its left end.
 // Returns false (nothing done) when the two run in opposite directions.
-template <typename F>
-bool WalkRows(CltImage& d, const CltImage& s, const Block& b, F row)
+template <typename F> bool WalkRows(CltImage& d, const CltImage& s, const Block& b, F row)
 {
     int32_t dStep = d.XStep(), sStep = s.XStep();
     if ((dStep > 0) != (sStep > 0)) return false;
@@ -128,19 +126,18 @@ bool HasColourBytes(const CltImage& image)
 }
 
 const uint8_t kGlow2[3 * 3] = {10, 16, 10, 50, 255, 50, 10, 16, 10};
-const uint8_t kGlow4[5 * 5] = {0, 0,   0,   0,   0,  0, 0, 0, 0, 0, 64, 128, 255,
-                               128, 64, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-const uint8_t kGlow8[9 * 9] = {
-    2,  4,  4,  10, 20,  10, 4,  4,  2,  4,  8,  10, 20, 30, 20, 10, 8,  4,  4,  10, 20,
-    40, 50, 40, 20, 10,  4,  10, 20, 30, 50, 90, 50, 30, 20, 10, 20, 30, 50, 90, 255, 90,
-    50, 30, 20, 10, 20,  30, 50, 90, 50, 30, 20, 10, 4,  10, 20, 40, 50, 40, 20, 10, 4,
-    4,  8,  10, 20, 30,  20, 10, 8,  4,  2,  4,  4,  10, 20, 10, 4,  4,  2};
+const uint8_t kGlow4[5 * 5] = {0,   0,  0, 0, 0, 0, 0, 0, 0, 0, 64, 128, 255,
+                               128, 64, 0, 0, 0, 0, 0, 0, 0, 0, 0,  0};
+const uint8_t kGlow8[9 * 9] = {2,  4,  4,  10, 20, 10, 4,   4,  2,  4,  8,  10, 20, 30, 20, 10, 8,
+                               4,  4,  10, 20, 40, 50, 40,  20, 10, 4,  10, 20, 30, 50, 90, 50, 30,
+                               20, 10, 20, 30, 50, 90, 255, 90, 50, 30, 20, 10, 20, 30, 50, 90, 50,
+                               30, 20, 10, 4,  10, 20, 40,  50, 40, 20, 10, 4,  4,  8,  10, 20, 30,
+                               20, 10, 8,  4,  2,  4,  4,   10, 20, 10, 4,  4,  2};
 } // namespace
 
 // ---- the generic blitter -------------------------------------------------------------
 
-void CltBlitter::MixColour(int mode, uint32_t base, uint32_t over, uint8_t amount,
-                           uint8_t out[4])
+void CltBlitter::MixColour(int mode, uint32_t base, uint32_t over, uint8_t amount, uint8_t out[4])
 {
     uint8_t b[4], o[4];
     memcpy(b, &base, 4);
@@ -167,9 +164,11 @@ void CltBlitter::AlphaBlit(int mode, CltImage& dst, const CltImage& src, int32_t
     Block b;
     if (!IsBlendMode(mode) || !Is32(src) || !HasColourBytes(dst)) return;
     if (!ClipPlaced(dst, src, x, y, b)) return;
-    WalkBlock(dst, src, b, [mode](uint8_t* d, const uint8_t* s) {
-        if (s[3]) BlendPixel(mode, d, s, s[3]);
-    });
+    WalkBlock(dst, src, b,
+              [mode](uint8_t* d, const uint8_t* s)
+              {
+                  if (s[3]) BlendPixel(mode, d, s, s[3]);
+              });
 }
 
 void CltBlitter::BlendBlit(int mode, CltImage& dst, const CltImage& src, int32_t x, int32_t y,
@@ -188,9 +187,11 @@ void CltBlitter::TintBlit(int mode, CltImage& dst, const CltImage& mask, int32_t
     Block b;
     if (!IsBlendMode(mode) || mask.m_Format.bytesPerPixel != 1 || !HasColourBytes(dst)) return;
     if (!ClipPlaced(dst, mask, x, y, b)) return;
-    WalkBlock(dst, mask, b, [mode, colour](uint8_t* d, const uint8_t* m) {
-        if (*m) TintPixel(mode, d, *m, colour);
-    });
+    WalkBlock(dst, mask, b,
+              [mode, colour](uint8_t* d, const uint8_t* m)
+              {
+                  if (*m) TintPixel(mode, d, *m, colour);
+              });
 }
 
 void CltBlitter::Glow(CltImage& image, int size)
@@ -227,13 +228,14 @@ void CltBlitter::MaxBlit(CltImage& dst, const CltImage& src, int32_t x, int32_t 
     if (!ClipPlaced(dst, src, x, y, b)) return;
     // The compared byte is the last channel's; a grey pixel (three channels in one byte)
     // compares its only byte, so nothing outside the pixel is read.
-    auto offset = [](const CltImage& i) {
-        return std::min(i.m_Format.channelCount, i.m_Format.bytesPerPixel) - 1;
-    };
+    auto offset = [](const CltImage& i)
+    { return std::min(i.m_Format.channelCount, i.m_Format.bytesPerPixel) - 1; };
     uint32_t dOff = offset(dst), sOff = offset(src);
-    WalkBlock(dst, src, b, [dOff, sOff](uint8_t* d, const uint8_t* s) {
-        if (s[sOff] > d[dOff]) d[dOff] = s[sOff];
-    });
+    WalkBlock(dst, src, b,
+              [dOff, sOff](uint8_t* d, const uint8_t* s)
+              {
+                  if (s[sOff] > d[dOff]) d[dOff] = s[sOff];
+              });
 }
 
 void CltBlitter::KeyBlit(CltImage& dst, int32_t dx, int32_t dy, const CltImage& src, int32_t sx,
@@ -266,8 +268,9 @@ template <typename Row> void HalveRows(CltImage& dst, const CltImage& src, int m
 
 void CltBlitter::Halve(CltImage& dst, const CltImage& src, int mode)
 {
-    HalveRows(dst, src, mode, [mode](uint8_t* d, const uint8_t* s0, const uint8_t* s1,
-                                     int32_t n) { HalveRow(mode, d, s0, s1, n); });
+    HalveRows(dst, src, mode,
+              [mode](uint8_t* d, const uint8_t* s0, const uint8_t* s1, int32_t n)
+              { HalveRow(mode, d, s0, s1, n); });
 }
 
 void CltBlitter::FlipVertical(CltImage& image)
@@ -307,44 +310,43 @@ void CltBlitter::FlipHorizontal(CltImage& image)
 
 // ---- the kernel blitter ----------------------------------------------------------------
 
-void CltKernelBlitter::AlphaBlit(int mode, CltImage& dst, const CltImage& src, int32_t x,
-                                 int32_t y)
+void CltKernelBlitter::AlphaBlit(int mode, CltImage& dst, const CltImage& src, int32_t x, int32_t y)
 {
     Block b;
     if (!m_Kernels.alphaRow || !IsBlendMode(mode) || !Is32(dst) || !Is32(src))
         return CltBlitter::AlphaBlit(mode, dst, src, x, y);
     if (!ClipPlaced(dst, src, x, y, b)) return;
-    bool done = WalkRows(dst, src, b, [&](uint8_t* d, const uint8_t* s, int32_t n) {
-        m_Kernels.alphaRow(mode, d, s, n);
-    });
+    bool done = WalkRows(dst, src, b,
+                         [&](uint8_t* d, const uint8_t* s, int32_t n)
+                         { m_Kernels.alphaRow(mode, d, s, n); });
     if (m_Kernels.leave) m_Kernels.leave();
     if (!done) CltBlitter::AlphaBlit(mode, dst, src, x, y);
 }
 
-void CltKernelBlitter::BlendBlit(int mode, CltImage& dst, const CltImage& src, int32_t x,
-                                 int32_t y, uint8_t amount)
+void CltKernelBlitter::BlendBlit(int mode, CltImage& dst, const CltImage& src, int32_t x, int32_t y,
+                                 uint8_t amount)
 {
     Block b;
     if (!m_Kernels.blendRow || !IsBlendMode(mode) || !Is32(dst) || !Is32(src))
         return CltBlitter::BlendBlit(mode, dst, src, x, y, amount);
     if (!ClipPlaced(dst, src, x, y, b)) return;
-    bool done = WalkRows(dst, src, b, [&](uint8_t* d, const uint8_t* s, int32_t n) {
-        m_Kernels.blendRow(mode, d, s, n, amount);
-    });
+    bool done = WalkRows(dst, src, b,
+                         [&](uint8_t* d, const uint8_t* s, int32_t n)
+                         { m_Kernels.blendRow(mode, d, s, n, amount); });
     if (m_Kernels.leave) m_Kernels.leave();
     if (!done) CltBlitter::BlendBlit(mode, dst, src, x, y, amount);
 }
 
-void CltKernelBlitter::TintBlit(int mode, CltImage& dst, const CltImage& mask, int32_t x,
-                                int32_t y, const uint8_t colour[3])
+void CltKernelBlitter::TintBlit(int mode, CltImage& dst, const CltImage& mask, int32_t x, int32_t y,
+                                const uint8_t colour[3])
 {
     Block b;
     if (!m_Kernels.tintRow || !IsBlendMode(mode) || !Is32(dst) || mask.m_Format.bytesPerPixel != 1)
         return CltBlitter::TintBlit(mode, dst, mask, x, y, colour);
     if (!ClipPlaced(dst, mask, x, y, b)) return;
-    bool done = WalkRows(dst, mask, b, [&](uint8_t* d, const uint8_t* m, int32_t n) {
-        m_Kernels.tintRow(mode, d, m, n, colour);
-    });
+    bool done = WalkRows(dst, mask, b,
+                         [&](uint8_t* d, const uint8_t* m, int32_t n)
+                         { m_Kernels.tintRow(mode, d, m, n, colour); });
     if (m_Kernels.leave) m_Kernels.leave();
     if (!done) CltBlitter::TintBlit(mode, dst, mask, x, y, colour);
 }
@@ -356,9 +358,9 @@ void CltKernelBlitter::KeyBlit(CltImage& dst, int32_t dx, int32_t dy, const CltI
     if (!m_Kernels.keyRow || !Is32(dst) || !Is32(src))
         return CltBlitter::KeyBlit(dst, dx, dy, src, sx, sy, w, h, key);
     if (!ClipKey(dst, dx, dy, src, sx, sy, w, h, b)) return;
-    bool done = WalkRows(dst, src, b, [&](uint8_t* d, const uint8_t* s, int32_t n) {
-        m_Kernels.keyRow(d, s, n, key);
-    });
+    bool done =
+        WalkRows(dst, src, b,
+                 [&](uint8_t* d, const uint8_t* s, int32_t n) { m_Kernels.keyRow(d, s, n, key); });
     if (m_Kernels.leave) m_Kernels.leave();
     if (!done) CltBlitter::KeyBlit(dst, dx, dy, src, sx, sy, w, h, key);
 }
@@ -366,9 +368,9 @@ void CltKernelBlitter::KeyBlit(CltImage& dst, int32_t dx, int32_t dy, const CltI
 void CltKernelBlitter::Halve(CltImage& dst, const CltImage& src, int mode)
 {
     if (!m_Kernels.halveRow) return CltBlitter::Halve(dst, src, mode);
-    HalveRows(dst, src, mode, [&](uint8_t* d, const uint8_t* s0, const uint8_t* s1, int32_t n) {
-        m_Kernels.halveRow(mode, d, s0, s1, n);
-    });
+    HalveRows(dst, src, mode,
+              [&](uint8_t* d, const uint8_t* s0, const uint8_t* s1, int32_t n)
+              { m_Kernels.halveRow(mode, d, s0, s1, n); });
     if (m_Kernels.leave) m_Kernels.leave();
 }
 

@@ -21,8 +21,7 @@ class CltBlitter
     CltBlitter(const CltBlitter&) = delete;
     CltBlitter& operator=(const CltBlitter&) = delete;
 
-    virtual void MixColour(int mode, uint32_t base, uint32_t over, uint8_t amount,
-                           uint8_t out[4]);
+    virtual void MixColour(int mode, uint32_t base, uint32_t over, uint8_t amount, uint8_t out[4]);
     virtual void AlphaBlit(int mode, CltImage& dst, const CltImage& src, int32_t x, int32_t y);
     virtual void BlendBlit(int mode, CltImage& dst, const CltImage& src, int32_t x, int32_t y,
                            uint8_t amount);
@@ -50,8 +49,8 @@ class CltKernelBlitter : public CltBlitter
                    uint8_t amount) override;
     void TintBlit(int mode, CltImage& dst, const CltImage& mask, int32_t x, int32_t y,
                   const uint8_t colour[3]) override;
-    void KeyBlit(CltImage& dst, int32_t dx, int32_t dy, const CltImage& src, int32_t sx,
-                 int32_t sy, int32_t w, int32_t h, uint32_t key) override;
+    void KeyBlit(CltImage& dst, int32_t dx, int32_t dy, const CltImage& src, int32_t sx, int32_t sy,
+                 int32_t w, int32_t h, uint32_t key) override;
     void Halve(CltImage& dst, const CltImage& src, int mode) override;
 
   private:

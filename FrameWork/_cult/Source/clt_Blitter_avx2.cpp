@@ -82,8 +82,8 @@ CLT_AVX2 void TintRow(int mode, uint8_t* d, const uint8_t* m, int32_t n, const u
     const __m256i colour = _mm256_setr_epi16(c[0], c[1], c[2], 0, c[0], c[1], c[2], 0, c[0], c[1],
                                              c[2], 0, c[0], c[1], c[2], 0);
     // Mask byte i repeated over pixel i's four bytes.
-    const __m256i spread = _mm256_setr_epi8(0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4,
-                                            4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7);
+    const __m256i spread = _mm256_setr_epi8(0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4, 4,
+                                            4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7);
     int32_t i = 0;
     for (; i + 8 <= n; i += 8, d += 32, m += 8)
     {

@@ -14,11 +14,11 @@ CLT_MMX inline __m64 Mix16(int mode, __m64 s, __m64 d, __m64 a)
 {
     const __m64 k255 = _mm_set1_pi16(255);
     if (mode == 0)
-        return _mm_srli_pi16(_mm_add_pi16(_mm_mullo_pi16(s, a), _mm_mullo_pi16(d, _mm_sub_pi16(k255, a))),
-                             8);
+        return _mm_srli_pi16(
+            _mm_add_pi16(_mm_mullo_pi16(s, a), _mm_mullo_pi16(d, _mm_sub_pi16(k255, a))), 8);
     __m64 t = _mm_srli_pi16(_mm_mullo_pi16(s, a), 8);
-    return _mm_sub_pi16(k255,
-                        _mm_srli_pi16(_mm_mullo_pi16(_mm_sub_pi16(k255, t), _mm_sub_pi16(k255, d)), 8));
+    return _mm_sub_pi16(
+        k255, _mm_srli_pi16(_mm_mullo_pi16(_mm_sub_pi16(k255, t), _mm_sub_pi16(k255, d)), 8));
 }
 
 CLT_MMX inline uint32_t Load32(const uint8_t* p)

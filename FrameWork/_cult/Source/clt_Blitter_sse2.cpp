@@ -64,8 +64,9 @@ CLT_SSE2 void BlendRow(int mode, uint8_t* d, const uint8_t* s, int32_t n, uint8_
     for (; i + 4 <= n; i += 4, d += 16, s += 16)
     {
         __m128i sv = Load(s), dv = Load(d);
-        __m128i r = _mm_packus_epi16(Mix16(mode, _mm_unpacklo_epi8(sv, z), _mm_unpacklo_epi8(dv, z), a),
-                                     Mix16(mode, _mm_unpackhi_epi8(sv, z), _mm_unpackhi_epi8(dv, z), a));
+        __m128i r =
+            _mm_packus_epi16(Mix16(mode, _mm_unpacklo_epi8(sv, z), _mm_unpacklo_epi8(dv, z), a),
+                             Mix16(mode, _mm_unpackhi_epi8(sv, z), _mm_unpackhi_epi8(dv, z), a));
         Store(d, Select(alphaByte, dv, r));
     }
     clt_blit::BlendRow(mode, d, s, n - i, amount);
@@ -130,5 +131,5 @@ CLT_SSE2 void HalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s
 }
 } // namespace
 
-extern const CltBlitKernels g_Sse2Kernels = {AlphaRow, BlendRow, TintRow, KeyRow, HalveRow,
-                                             nullptr};
+extern const CltBlitKernels g_Sse2Kernels = {AlphaRow, BlendRow, TintRow,
+                                             KeyRow,   HalveRow, nullptr};

@@ -68,5 +68,6 @@ bool CltBmpReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
 }
 
 CltBmpReader s_BmpReader;
-CLT_STATIC(CLT_INIT_BMP_READER) CltImageReaderComponent s_BmpComponent(CLTID_BmpReader, s_BmpReader);
+CLT_STATIC(CLT_INIT_BMP_READER)
+CltImageReaderComponent s_BmpComponent(CLTID_BmpReader, s_BmpReader);
 } // namespace

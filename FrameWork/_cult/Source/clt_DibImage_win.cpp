@@ -47,8 +47,8 @@ bool CltDibImage::Create(const CltPixelFormat& format, int32_t width, int32_t he
     HWND desktop = GetDesktopWindow();
     HDC screen = GetDC(desktop);
     void* bits = nullptr;
-    HBITMAP section = CreateDIBSection(screen, reinterpret_cast<BITMAPINFO*>(&info),
-                                       DIB_RGB_COLORS, &bits, nullptr, 0);
+    HBITMAP section = CreateDIBSection(screen, reinterpret_cast<BITMAPINFO*>(&info), DIB_RGB_COLORS,
+                                       &bits, nullptr, 0);
     ReleaseDC(desktop, screen);
     if (!section) return false;
     TakeSection(section);
@@ -108,8 +108,8 @@ HPALETTE MakePalette(CltDC& dc, HBITMAP bitmap, UINT count)
         PALETTEENTRY entry[256];
     } palette = {0x300, WORD(got), {}};
     for (UINT i = 0; i < got; ++i)
-        palette.entry[i] = PALETTEENTRY{colours[i].rgbRed, colours[i].rgbGreen,
-                                        colours[i].rgbBlue, 0};
+        palette.entry[i] =
+            PALETTEENTRY{colours[i].rgbRed, colours[i].rgbGreen, colours[i].rgbBlue, 0};
     HPALETTE made = CreatePalette(reinterpret_cast<LOGPALETTE*>(&palette));
     if (!made) MessageBoxA(nullptr, "CreatePalette Failed", "check", MB_OK);
     return made;

@@ -10,8 +10,7 @@ CltImage::~CltImage()
     CltImage::Free();
 }
 
-bool CltImage::Create(const CltPixelFormat& format, int32_t width, int32_t height,
-                      int32_t origin)
+bool CltImage::Create(const CltPixelFormat& format, int32_t width, int32_t height, int32_t origin)
 {
     Free();
     m_nWidth = m_nHeight = m_nPitch = 0;

@@ -4,10 +4,10 @@
 
 // The records are constant-initialised, so they are ready before any constructor runs.
 const CltPixelFormat g_pfIndexed8 = {{0, 0xFF, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}, 1, 1, 8, 1};
-const CltPixelFormat g_pfArgb32 = {{16, 0xFF0000, 0}, {8, 0xFF00, 0}, {0, 0xFF, 0},
-                                   {24, 0xFF000000, 0}, 2, 4, 32, 4};
-const CltPixelFormat g_pfRgb24 = {{16, 0xFF0000, 0}, {8, 0xFF00, 0}, {0, 0xFF, 0},
-                                  {0, 0, 0}, 5, 3, 24, 3};
+const CltPixelFormat g_pfArgb32 = {
+    {16, 0xFF0000, 0}, {8, 0xFF00, 0}, {0, 0xFF, 0}, {24, 0xFF000000, 0}, 2, 4, 32, 4};
+const CltPixelFormat g_pfRgb24 = {
+    {16, 0xFF0000, 0}, {8, 0xFF00, 0}, {0, 0xFF, 0}, {0, 0, 0}, 5, 3, 24, 3};
 const CltPixelFormat g_pfGrey8 = {{0, 0xFF, 0}, {0, 0xFF, 0}, {0, 0xFF, 0}, {0, 0, 0}, 6, 1, 8, 3};
 
 namespace

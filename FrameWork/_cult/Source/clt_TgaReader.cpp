@@ -112,5 +112,6 @@ bool CltTgaReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
 }
 
 CltTgaReader s_TgaReader;
-CLT_STATIC(CLT_INIT_TGA_READER) CltImageReaderComponent s_TgaComponent(CLTID_TgaReader, s_TgaReader);
+CLT_STATIC(CLT_INIT_TGA_READER)
+CltImageReaderComponent s_TgaComponent(CLTID_TgaReader, s_TgaReader);
 } // namespace

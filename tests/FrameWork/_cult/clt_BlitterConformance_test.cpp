@@ -75,7 +75,8 @@ Image Clone(const CltImage& from)
 // The MMX Halve's mode 1 on stored rows: 255 when any of the four source bytes is not 0.
 void HalveAnyNonZero(CltImage& dst, const CltImage& src)
 {
-    int32_t w = std::min(src.m_nWidth / 2, dst.m_nWidth), h = std::min(src.m_nHeight / 2, dst.m_nHeight);
+    int32_t w = std::min(src.m_nWidth / 2, dst.m_nWidth),
+            h = std::min(src.m_nHeight / 2, dst.m_nHeight);
     for (int32_t y = 0; y < h; ++y)
         for (int32_t x = 0; x < w; ++x)
         {
@@ -99,7 +100,8 @@ Operation MakeOperation(Rng& rng, int kind)
     const CltPixelFormat* colour[] = {&g_pfArgb32, &g_pfArgb32, &g_pfArgb32, &g_pfRgb24};
     const CltPixelFormat* any[] = {&g_pfArgb32, &g_pfRgb24, &g_pfGrey8, &g_pfIndexed8};
     Operation op;
-    auto place = [&](int32_t& x, int32_t& y) {
+    auto place = [&](int32_t& x, int32_t& y)
+    {
         x = rng.Range(-op.src->m_nWidth - 2, op.dst->m_nWidth + 2);
         y = rng.Range(-op.src->m_nHeight - 2, op.dst->m_nHeight + 2);
     };
@@ -115,7 +117,8 @@ Operation MakeOperation(Rng& rng, int kind)
         op.dst = std::make_unique<CltImage>();
         op.dst->Create(g_pfArgb32, 1, 1, OriginTopLeft);
         op.text = "MixColour " + std::to_string(mixMode);
-        op.run = [=](CltBlitter& b, CltImage& d) { b.MixColour(mixMode, base, over, amount, d.m_pData); };
+        op.run = [=](CltBlitter& b, CltImage& d)
+        { b.MixColour(mixMode, base, over, amount, d.m_pData); };
         return op;
     }
     case 1:
@@ -126,13 +129,15 @@ Operation MakeOperation(Rng& rng, int kind)
         if (kind == 1)
         {
             op.text = "AlphaBlit";
-            op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d) { b.AlphaBlit(mode, d, *s, x, y); };
+            op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d)
+            { b.AlphaBlit(mode, d, *s, x, y); };
         }
         else
         {
             uint8_t amount = uint8_t(rng.Next());
             op.text = "BlendBlit";
-            op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d) { b.BlendBlit(mode, d, *s, x, y, amount); };
+            op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d)
+            { b.BlendBlit(mode, d, *s, x, y, amount); };
         }
         break;
     case 3:
@@ -142,7 +147,8 @@ Operation MakeOperation(Rng& rng, int kind)
         place(x, y);
         uint8_t c[3] = {uint8_t(rng.Next()), uint8_t(rng.Next()), uint8_t(rng.Next())};
         op.text = "TintBlit";
-        op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d) { b.TintBlit(mode, d, *s, x, y, c); };
+        op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d)
+        { b.TintBlit(mode, d, *s, x, y, c); };
         break;
     }
     case 4:
@@ -167,15 +173,16 @@ Operation MakeOperation(Rng& rng, int kind)
     {
         op.dst = Random(rng, rng.Next() % 8 ? g_pfArgb32 : g_pfRgb24, 70, 12);
         op.src = Random(rng, g_pfArgb32, 70, 12);
-        int32_t sx = rng.Range(-10, op.src->m_nWidth + 2), sy = rng.Range(-5, op.src->m_nHeight + 2);
-        int32_t dx = rng.Range(-20, op.dst->m_nWidth + 2), dy = rng.Range(-8, op.dst->m_nHeight + 2);
+        int32_t sx = rng.Range(-10, op.src->m_nWidth + 2),
+                sy = rng.Range(-5, op.src->m_nHeight + 2);
+        int32_t dx = rng.Range(-20, op.dst->m_nWidth + 2),
+                dy = rng.Range(-8, op.dst->m_nHeight + 2);
         int32_t w = rng.Range(-2, 80), h = rng.Range(-2, 14);
         uint32_t key;
         memcpy(&key, op.src->m_pData, 4);
         op.text = "KeyBlit";
-        op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d) {
-            b.KeyBlit(d, dx, dy, *s, sx, sy, w, h, key);
-        };
+        op.run = [=, s = op.src.get()](CltBlitter& b, CltImage& d)
+        { b.KeyBlit(d, dx, dy, *s, sx, sy, w, h, key); };
         break;
     }
     case 7:
@@ -192,14 +199,13 @@ Operation MakeOperation(Rng& rng, int kind)
     case 9:
         op.dst = Random(rng, *rng.Pick(any), 20, 9);
         op.text = kind == 8 ? "FlipVertical" : "FlipHorizontal";
-        op.run = [kind](CltBlitter& b, CltImage& d) {
-            kind == 8 ? b.FlipVertical(d) : b.FlipHorizontal(d);
-        };
+        op.run = [kind](CltBlitter& b, CltImage& d)
+        { kind == 8 ? b.FlipVertical(d) : b.FlipHorizontal(d); };
         break;
     }
-    op.text += " mode " + std::to_string(mode) + " at " + std::to_string(x) + "," + std::to_string(y) +
-               " dst " + std::to_string(op.dst->m_nWidth) + "x" + std::to_string(op.dst->m_nHeight) +
-               " origin " + std::to_string(op.dst->m_nOrigin);
+    op.text += " mode " + std::to_string(mode) + " at " + std::to_string(x) + "," +
+               std::to_string(y) + " dst " + std::to_string(op.dst->m_nWidth) + "x" +
+               std::to_string(op.dst->m_nHeight) + " origin " + std::to_string(op.dst->m_nOrigin);
     return op;
 }
 } // namespace

@@ -25,7 +25,8 @@ std::vector<Form> AllForms()
     const CltBlitterForm* table = GetBlitterForms(&count);
     for (int i = 0; i < count; ++i)
         if (table[i].supported())
-            forms.push_back(Form{table[i].name, std::unique_ptr<CltBlitter>(CreateBlitterForm(table[i]))});
+            forms.push_back(
+                Form{table[i].name, std::unique_ptr<CltBlitter>(CreateBlitterForm(table[i]))});
     return forms;
 }
 
@@ -140,7 +141,7 @@ TEST(CltBlitter, ClipsPlacedImagesOnEverySide)
         int32_t x, y;
         int32_t firstDx, lastDx, firstSx, rows;
     } cases[] = {
-        {-10, 0, 0, 19, 10, 4}, {90, 3, 90, 99, 0, 3}, {-29, -3, 0, 0, 29, 1},
+        {-10, 0, 0, 19, 10, 4}, {90, 3, 90, 99, 0, 3},  {-29, -3, 0, 0, 29, 1},
         {-30, 0, -1, -1, 0, 0}, {100, 0, -1, -1, 0, 0}, {5, 6, -1, -1, 0, 0},
     };
     for (Form& form : AllForms())
@@ -162,7 +163,10 @@ TEST(CltBlitter, ClipsPlacedImagesOnEverySide)
                     {
                         int32_t sx = x - c.x;
                         EXPECT_EQ(dst->PixelAddress(x, y)[0], uint8_t(((sx + 10) * 255) >> 8));
-                        if (x == c.firstDx) { EXPECT_EQ(sx, c.firstSx); }
+                        if (x == c.firstDx)
+                        {
+                            EXPECT_EQ(sx, c.firstSx);
+                        }
                         EXPECT_GE(x, c.firstDx);
                         EXPECT_LE(x, c.lastDx);
                         ++inRow;
@@ -180,28 +184,30 @@ TEST(CltBlitter, KeyBlitClipsBothImages)
     struct Case
     {
         int32_t dx, dy, sx, sy, w, h;
-        int32_t copied;            // pixels written
-        int32_t firstDx, firstDy;  // where the first copied pixel lands
-        int32_t firstSx, firstSy;  // which source pixel it is
+        int32_t copied;           // pixels written
+        int32_t firstDx, firstDy; // where the first copied pixel lands
+        int32_t firstSx, firstSy; // which source pixel it is
     } cases[] = {
         {0, 0, 0, 0, 4, 4, 16, 0, 0, 0, 0},
-        {-2, 0, 0, 0, 4, 1, 2, 0, 0, 2, 0},    // left of the destination
-        {0, 0, -3, -1, 6, 3, 6, 3, 1, 0, 0},   // before the source's corner
+        {-2, 0, 0, 0, 4, 1, 2, 0, 0, 2, 0},      // left of the destination
+        {0, 0, -3, -1, 6, 3, 6, 3, 1, 0, 0},     // before the source's corner
         {6, 5, 0, 0, 10, 10, 4 * 1, 6, 5, 0, 0}, // past the destination's right and bottom
-        {0, 0, 3, 3, 10, 10, 1, 0, 0, 3, 3},   // past the source's right and bottom
-        {0, 0, 4, 0, 3, 3, 0, 0, 0, 0, 0},     // starts past the source
-        {0, 0, 0, 0, 0, 5, 0, 0, 0, 0, 0},     // empty block
-        {-5, -5, 0, 0, 5, 5, 0, 0, 0, 0, 0},   // entirely off the destination
+        {0, 0, 3, 3, 10, 10, 1, 0, 0, 3, 3},     // past the source's right and bottom
+        {0, 0, 4, 0, 3, 3, 0, 0, 0, 0, 0},       // starts past the source
+        {0, 0, 0, 0, 0, 5, 0, 0, 0, 0, 0},       // empty block
+        {-5, -5, 0, 0, 5, 5, 0, 0, 0, 0, 0},     // entirely off the destination
     };
     for (Form& form : AllForms())
         for (const Case& c : cases)
         {
-            SCOPED_TRACE(form.name + " case dx=" + std::to_string(c.dx) + " sx=" + std::to_string(c.sx));
+            SCOPED_TRACE(form.name + " case dx=" + std::to_string(c.dx) +
+                         " sx=" + std::to_string(c.sx));
             auto dst = Filled(g_pfArgb32, 10, 6, {0, 0, 0, 0});
             auto src = Filled(g_pfArgb32, 4, 4, {0, 0, 0, 0});
             for (int32_t y = 0; y < 4; ++y)
                 for (int32_t x = 0; x < 4; ++x)
-                    memcpy(src->PixelAddress(x, y), Bytes{uint8_t(x + 1), uint8_t(y + 1), 0, 0}.data(), 4);
+                    memcpy(src->PixelAddress(x, y),
+                           Bytes{uint8_t(x + 1), uint8_t(y + 1), 0, 0}.data(), 4);
             form.blitter->KeyBlit(*dst, c.dx, c.dy, *src, c.sx, c.sy, c.w, c.h, 0xFFFFFFFF);
             int32_t copied = 0;
             bool first = true;
@@ -215,9 +221,10 @@ TEST(CltBlitter, KeyBlitClipsBothImages)
                     EXPECT_EQ(p[1] - 1, y - c.dy + c.sy);
                     if (first)
                     {
-                        EXPECT_EQ((Bytes{uint8_t(x), uint8_t(y), uint8_t(p[0] - 1), uint8_t(p[1] - 1)}),
-                                  (Bytes{uint8_t(c.firstDx), uint8_t(c.firstDy), uint8_t(c.firstSx),
-                                         uint8_t(c.firstSy)}));
+                        EXPECT_EQ(
+                            (Bytes{uint8_t(x), uint8_t(y), uint8_t(p[0] - 1), uint8_t(p[1] - 1)}),
+                            (Bytes{uint8_t(c.firstDx), uint8_t(c.firstDy), uint8_t(c.firstSx),
+                                   uint8_t(c.firstSy)}));
                     }
                     first = false;
                 }
@@ -287,7 +294,8 @@ TEST(CltBlitter, GlowMaxMixAndFlips)
     for (const Mix& m : mixes)
     {
         uint8_t out[4] = {0xAA, 0xBB, 0xCC, 0xDD};
-        b.MixColour(m.mode, 0x0000640A, 0x00FF14C8, m.amount, out); // base (10,100,0), over (200,20,255)
+        b.MixColour(m.mode, 0x0000640A, 0x00FF14C8, m.amount,
+                    out); // base (10,100,0), over (200,20,255)
         EXPECT_EQ(Bytes(out, out + 4), m.out) << m.mode << " " << int(m.amount);
     }
 

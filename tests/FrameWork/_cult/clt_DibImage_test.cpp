@@ -21,7 +21,8 @@ void WriteBmp(const std::string& path, int32_t w, int32_t h, int bits,
     uint32_t rowBytes = (uint32_t(w) * bits / 8 + 3) & ~3u;
     uint32_t offBits = 54 + uint32_t(palette.size());
     BITMAPFILEHEADER file = {0x4D42, offBits + rowBytes * h, 0, 0, offBits};
-    BITMAPINFOHEADER info = {40, w, h, 1, WORD(bits), BI_RGB, 0, 0, 0, DWORD(palette.size() / 4), 0};
+    BITMAPINFOHEADER info = {40, w, h, 1, WORD(bits), BI_RGB, 0, 0, 0, DWORD(palette.size() / 4),
+                             0};
     FILE* f = fopen(path.c_str(), "wb");
     ASSERT_NE(f, nullptr);
     fwrite(&file, sizeof file, 1, f);
@@ -53,10 +54,10 @@ TEST(CltDibImage, PitchesFollowGdiAndRowsFollowTheOrigin)
         bool made;
         int32_t pitch;
     } cases[] = {
-        {&g_pfRgb24, 5, OriginTopLeft, true, 16},   {&g_pfRgb24, 3, OriginBottomLeft, true, 12},
-        {&g_pfArgb32, 3, OriginTopLeft, true, 12},  {&g_pfGrey8, 5, OriginTopLeft, true, 8},
-        {&g_pfGrey8, 4, OriginBottomLeft, true, 4}, {&g_pfGrey8, 1, OriginTopLeft, true, 4},
-        {&g_pfIndexed8, 4, OriginTopLeft, false, 0}, {&g_pfArgb32, 4, OriginTopRight, false, 0},
+        {&g_pfRgb24, 5, OriginTopLeft, true, 16},      {&g_pfRgb24, 3, OriginBottomLeft, true, 12},
+        {&g_pfArgb32, 3, OriginTopLeft, true, 12},     {&g_pfGrey8, 5, OriginTopLeft, true, 8},
+        {&g_pfGrey8, 4, OriginBottomLeft, true, 4},    {&g_pfGrey8, 1, OriginTopLeft, true, 4},
+        {&g_pfIndexed8, 4, OriginTopLeft, false, 0},   {&g_pfArgb32, 4, OriginTopRight, false, 0},
         {&g_pfArgb32, 4, OriginBottomRight, false, 0},
     };
     for (const Case& c : cases)

@@ -104,7 +104,7 @@ TEST(LoadImageFile, ChoosesTheReaderByExtension)
         bool loads;
         int opens;
     } cases[] = {
-        {"SKIN\\ACTIVE.TGA", &tga, true, 1}, {"tga", &tga, true, 1},  {"a.b.Tga", &tga, true, 1},
+        {"SKIN\\ACTIVE.TGA", &tga, true, 1}, {"tga", &tga, true, 1},   {"a.b.Tga", &tga, true, 1},
         {"product.bmp", &bmp, true, 1},      {"x.DIB", &bmp, true, 1}, {"x.tga", &bmp, false, 1},
         {"x.png", &tga, false, 0},           {"tga.", &tga, false, 0}, {"bmp.tga.", &bmp, false, 0},
     };
@@ -133,7 +133,9 @@ TEST(TgaReader, DecodesRunLengthPacketsAcrossRowsAndStopsAtTheImageEnd)
         std::vector<Bytes> pixels; // the six pixels of a 3 x 2 image, stored order
     } cases[] = {
         {"run of 6 (0x85)", Bytes{0x85} + A, {A, A, A, A, A, A}},
-        {"raw of 3 (0x02) twice", Bytes{0x02} + A + B + C + Bytes{0x02} + C + B + A, {A, B, C, C, B, A}},
+        {"raw of 3 (0x02) twice",
+         Bytes{0x02} + A + B + C + Bytes{0x02} + C + B + A,
+         {A, B, C, C, B, A}},
         {"run crossing a row", Bytes{0x83} + A + Bytes{0x01} + B + C, {A, A, A, A, B, C}},
         {"run of 128 past the end", Bytes{0x81} + B + Bytes{0xFF} + C, {B, B, C, C, C, C}},
         {"raw past the end", Bytes{0x84} + A + Bytes{0x02} + B + C + A, {A, A, A, A, A, B}},
@@ -169,7 +171,8 @@ TEST(ImageReaders, RefuseMalformedFilesCleanly)
         {"huge raw TGA", "a.tga", TgaHeader(2, 65535, 65535, 32, 0) + Bytes(100, 0)},
         {"huge RLE TGA", "a.tga", TgaHeader(10, 65535, 65535, 32, 0) + Bytes{0xFF, 1, 2, 3, 4}},
         {"RLE data ends", "a.tga", TgaHeader(10, 2, 2, 24, 0) + Bytes{0x82} + pixel3},
-        {"RLE raw packet short", "a.tga", TgaHeader(10, 4, 1, 24, 0) + Bytes{0x03} + pixel3 + pixel3 + pixel3},
+        {"RLE raw packet short", "a.tga",
+         TgaHeader(10, 4, 1, 24, 0) + Bytes{0x03} + pixel3 + pixel3 + pixel3},
         {"short header TGA", "a.tga", Bytes(17, 0)},
         {"TGA without pixels", "a.tga", TgaHeader(2, 0, 7, 24, 0) + pixel3},
         {"BMP without rows", "a.bmp", BmpHeader(4, 0, 24) + Bytes(16, 0)},
@@ -201,16 +204,19 @@ TEST(ImageReaders, RefuseMalformedFilesCleanly)
 TEST(BmpReader, ReadsRowsWithTheFilesAlignment)
 {
     // 3 x 2 at 24 bits: file rows of 9 + 3 bytes; a CltImage has rows of 10 bytes.
-    Bytes rows = {1, 2, 3, 4, 5, 6, 7, 8, 9, 0xEE, 0xEE, 0xEE, 11, 12, 13, 14, 15, 16, 17, 18, 19, 0xEE, 0xEE, 0xEE};
+    Bytes rows = {1,  2,  3,  4,  5,  6,  7,  8,  9,  0xEE, 0xEE, 0xEE,
+                  11, 12, 13, 14, 15, 16, 17, 18, 19, 0xEE, 0xEE, 0xEE};
     CltImage image;
     ASSERT_TRUE(Load(BmpHeader(3, -2, 24, 52) + rows, image, "a.bmp"));
     EXPECT_EQ(image.m_nOrigin, OriginTopLeft);
     EXPECT_EQ(image.m_nHeight, 2);
     EXPECT_EQ(image.m_nPitch, 10);
     EXPECT_EQ(Bytes(image.m_pData, image.m_pData + 9), Bytes(rows.begin(), rows.begin() + 9));
-    EXPECT_EQ(Bytes(image.m_pData + 10, image.m_pData + 19), Bytes(rows.begin() + 12, rows.begin() + 21));
+    EXPECT_EQ(Bytes(image.m_pData + 10, image.m_pData + 19),
+              Bytes(rows.begin() + 12, rows.begin() + 21));
     // 8 bits with a colour table of 2 entries, bottom-up.
-    ASSERT_TRUE(Load(BmpHeader(2, 1, 8, 40, 2) + Bytes(8, 0x55) + Bytes{7, 9, 0, 0}, image, "a.bmp"));
+    ASSERT_TRUE(
+        Load(BmpHeader(2, 1, 8, 40, 2) + Bytes(8, 0x55) + Bytes{7, 9, 0, 0}, image, "a.bmp"));
     EXPECT_EQ(image.m_Format.id, g_pfIndexed8.id);
     EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);
     EXPECT_EQ(Bytes(image.m_pData, image.m_pData + 2), (Bytes{7, 9}));
@@ -245,14 +251,15 @@ TEST(RegionData, SizeFollowsTheRectangleCount)
     {
         uint32_t count, fileSize, expected;
     } cases[] = {
-        {0, 32, 32},  {1, 48, 48},  {1, 47, 0},        {2, 100, 64},
-        {0, 31, 0},   {0xFFFFFFFF, 200, 0}, {0x10000000, 64, 0},
+        {0, 32, 32}, {1, 48, 48},          {1, 47, 0},          {2, 100, 64},
+        {0, 31, 0},  {0xFFFFFFFF, 200, 0}, {0x10000000, 64, 0},
     };
     for (const Case& c : cases)
     {
         Bytes data(std::max<uint32_t>(c.fileSize, 12), 0);
         memcpy(&data[8], &c.count, 4);
-        EXPECT_EQ(clt_GetRegionDataSize(data.data(), c.fileSize), c.expected) << c.count << " " << c.fileSize;
+        EXPECT_EQ(clt_GetRegionDataSize(data.data(), c.fileSize), c.expected)
+            << c.count << " " << c.fileSize;
     }
     EXPECT_EQ(clt_GetRegionDataSize(nullptr, 64), 0u);
 }

@@ -108,7 +108,8 @@ TEST(ImageReaders, MatchThePictureThatImageMagickWrote)
         if (f.raw) // rows are stored in file order: stored row 0 is the file's first row
         {
             uint32_t row = uint32_t(pic.w) * f.bits / 8;
-            EXPECT_EQ(Bytes(image.m_pData, image.m_pData + row), Bytes(&file[18], &file[18 + row])) << f.name;
+            EXPECT_EQ(Bytes(image.m_pData, image.m_pData + row), Bytes(&file[18], &file[18 + row]))
+                << f.name;
         }
     }
 }
@@ -124,7 +125,8 @@ TEST(ImageReaders, RefuseEveryTruncationOfTheFiles)
         {
             CltImage image;
             memstream::Use(file.data(), cut);
-            ASSERT_FALSE(LoadImageFile(memstream::Id(), image, f.name)) << f.name << " cut at " << cut;
+            ASSERT_FALSE(LoadImageFile(memstream::Id(), image, f.name))
+                << f.name << " cut at " << cut;
             ASSERT_EQ(memstream::Current().releases, 1);
             ASSERT_EQ(memstream::Current().closes, memstream::Current().opens);
         }

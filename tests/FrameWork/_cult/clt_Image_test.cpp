@@ -24,8 +24,8 @@ TEST(CltPixelFormat, GlobalRecords)
 {
     using W = std::vector<uint32_t>;
     EXPECT_EQ(Words(g_pfIndexed8), (W{0, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 8, 1}));
-    EXPECT_EQ(Words(g_pfArgb32), (W{16, 0xFF0000, 0, 8, 0xFF00, 0, 0, 0xFF, 0, 24, 0xFF000000, 0,
-                                    2, 4, 32, 4}));
+    EXPECT_EQ(Words(g_pfArgb32),
+              (W{16, 0xFF0000, 0, 8, 0xFF00, 0, 0, 0xFF, 0, 24, 0xFF000000, 0, 2, 4, 32, 4}));
     EXPECT_EQ(Words(g_pfRgb24),
               (W{16, 0xFF0000, 0, 8, 0xFF00, 0, 0, 0xFF, 0, 0, 0, 0, 5, 3, 24, 3}));
     EXPECT_EQ(Words(g_pfGrey8), (W{0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0, 0, 6, 1, 8, 3}));
@@ -78,9 +78,12 @@ TEST(CltImage, CreateSizesAndRefusals)
         int32_t pitch;
         uint32_t size;
     } cases[] = {
-        {&g_pfRgb24, 5, 2, true, 16, 32}, {&g_pfRgb24, 3, 2, true, 10, 20},
-        {&g_pfGrey8, 7, 3, true, 8, 24},  {&g_pfArgb32, 1, 1, true, 4, 4},
-        {&g_pfArgb32, 0, 9, true, 0, 0},  {&g_pfArgb32, -1, 1, false, 0, 0},
+        {&g_pfRgb24, 5, 2, true, 16, 32},
+        {&g_pfRgb24, 3, 2, true, 10, 20},
+        {&g_pfGrey8, 7, 3, true, 8, 24},
+        {&g_pfArgb32, 1, 1, true, 4, 4},
+        {&g_pfArgb32, 0, 9, true, 0, 0},
+        {&g_pfArgb32, -1, 1, false, 0, 0},
         // 4 * 0x8000 * 0x4000 bytes overflow a signed 32-bit size.
         {&g_pfArgb32, 0x8000, 0x4000, false, 0, 0},
     };
@@ -93,7 +96,10 @@ TEST(CltImage, CreateSizesAndRefusals)
         EXPECT_EQ(image.Create(*c.format, c.width, c.height, OriginBottomLeft), c.made) << c.width;
         EXPECT_EQ(image.m_nPitch * (c.made ? 1 : 0), c.pitch);
         EXPECT_EQ(image.m_nSize, c.size);
-        if (!c.made) { EXPECT_EQ(image.m_pData, nullptr); }
+        if (!c.made)
+        {
+            EXPECT_EQ(image.m_pData, nullptr);
+        }
         if (c.made && c.size)
         {
             EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);

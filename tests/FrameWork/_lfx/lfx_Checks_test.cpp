@@ -352,7 +352,8 @@ TEST(LfxActions, HelpRequestsNameTheLaunchersHelpFile)
     type.hInstance = GetModuleHandleA(nullptr);
     type.lpszClassName = "MS_WINHELP";
     ASSERT_NE(RegisterClassA(&type), 0);
-    HWND help = CreateWindowA("MS_WINHELP", "", 0, 0, 0, 0, 0, nullptr, nullptr, type.hInstance, nullptr);
+    HWND help =
+        CreateWindowA("MS_WINHELP", "", 0, 0, 0, 0, 0, nullptr, nullptr, type.hInstance, nullptr);
     ASSERT_NE(help, nullptr);
     g_help = HelpRequest{};
     EXPECT_EQ(g_LfxMain.CallWinHelp(HELP_QUIT, 0), 1);
