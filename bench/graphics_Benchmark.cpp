@@ -245,8 +245,12 @@ class RatioReporter : public benchmark::ConsoleReporter
     std::map<std::string, double> times;
     void ReportRuns(const std::vector<Run>& runs) override
     {
+        // With repetitions the median stands for the benchmark; a single run otherwise.
         for (const Run& run : runs)
-            times[run.benchmark_name()] = run.GetAdjustedRealTime();
+            if (run.run_type == Run::RT_Iteration && !times.count(run.run_name.str()))
+                times[run.run_name.str()] = run.GetAdjustedRealTime();
+            else if (run.aggregate_name == "median")
+                times[run.run_name.str()] = run.GetAdjustedRealTime();
         ConsoleReporter::ReportRuns(runs);
     }
 };
@@ -281,7 +285,14 @@ int main(int argc, char** argv)
         benchmark::RegisterBenchmark((std::string("ours/") + f).c_str(), OursDecode, f);
         benchmark::RegisterBenchmark((std::string("stb_image/") + f).c_str(), StbDecode, f);
     }
-    benchmark::Initialize(&argc, argv);
+    // Five repetitions, medians reported: the ratios then stand on the medians. Arguments
+    // given on the command line come later and override these.
+    std::vector<char*> args = {argv[0], const_cast<char*>("--benchmark_repetitions=5"),
+                               const_cast<char*>("--benchmark_report_aggregates_only=true")};
+    for (int i = 1; i < argc; ++i)
+        args.push_back(argv[i]);
+    int argCount = int(args.size());
+    benchmark::Initialize(&argCount, args.data());
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
 

@@ -13,10 +13,14 @@ namespace
 CLT_AVX2 inline __m256i Mix16(int mode, __m256i s, __m256i d, __m256i a)
 {
     const __m256i k255 = _mm256_set1_epi16(255);
+    // Normal: s*a + d*(255-a) = (s-d)*a + 256d - d. The lanes wrap, but the true sum lies
+    // in 0..65025, so the wrapped result is exact, with one multiplication instead of two.
     if (mode == 0)
-        return _mm256_srli_epi16(_mm256_add_epi16(_mm256_mullo_epi16(s, a),
-                                                  _mm256_mullo_epi16(d, _mm256_sub_epi16(k255, a))),
-                                 8);
+        return _mm256_srli_epi16(
+            _mm256_sub_epi16(_mm256_add_epi16(_mm256_mullo_epi16(_mm256_sub_epi16(s, d), a),
+                                              _mm256_slli_epi16(d, 8)),
+                             d),
+            8);
     __m256i t = _mm256_srli_epi16(_mm256_mullo_epi16(s, a), 8);
     return _mm256_sub_epi16(
         k255, _mm256_srli_epi16(
@@ -48,8 +52,15 @@ CLT_AVX2 void AlphaRow(int mode, uint8_t* d, const uint8_t* s, int32_t n)
     for (; i + 8 <= n; i += 8, d += 32, s += 32)
     {
         __m256i sv = Load(s), dv = Load(d);
-        __m256i zeroAlpha = _mm256_cmpeq_epi32(_mm256_and_si256(sv, alphaByte), z);
+        __m256i alpha = _mm256_and_si256(sv, alphaByte);
+        __m256i zeroAlpha = _mm256_cmpeq_epi32(alpha, z);
         if (_mm256_movemask_epi8(zeroAlpha) == -1) continue;
+        // Opaque in normal mode: (s * 255) >> 8 is s - 1, or 0 for 0.
+        if (mode == 0 && _mm256_movemask_epi8(_mm256_cmpeq_epi32(alpha, alphaByte)) == -1)
+        {
+            Store(d, Select(alphaByte, dv, _mm256_subs_epu8(sv, _mm256_set1_epi8(1))));
+            continue;
+        }
         __m256i r = _mm256_packus_epi16(
             Mix16(mode, _mm256_unpacklo_epi8(sv, z), _mm256_unpacklo_epi8(dv, z),
                   _mm256_shuffle_epi8(sv, spread)),
