@@ -5,8 +5,9 @@
 // a DIB section filled from the file is also upright for GDI.
 //
 // Run-length data is decoded as one stream of pixels over the whole image: a packet that
-// reaches past the end of a row continues on the next row (as older writers produced), and
-// pixels past the last row are dropped, so nothing is ever written outside the image.
+// reaches past the end of a row continues on the next row (as older writers produced). A
+// packet that reaches past the image's last pixel makes the file malformed: it is refused
+// before anything of that packet is written, so nothing lands outside the image.
 #include <cstdlib>
 #include <cstring>
 
@@ -31,20 +32,23 @@ int32_t OriginOf(uint8_t descriptor)
 }
 
 // Decodes packets from [in, end) into the image's stored rows; false when the data ends
-// before every pixel is produced.
+// before every pixel is produced or a packet reaches past the last pixel.
 bool DecodeRle(const uint8_t* in, const uint8_t* end, CltImage& image, uint32_t bpp)
 {
     uint32_t width = uint32_t(image.m_nWidth), x = 0;
+    uint64_t left = uint64_t(width) * uint64_t(image.m_nHeight);
     int32_t row = 0;
     uint8_t* out = image.m_pData;
-    while (row < image.m_nHeight)
+    while (left > 0)
     {
         if (in >= end) return false;
         uint8_t h = *in++;
         uint32_t count = (h & 0x7Fu) + 1;
         bool run = h & 0x80;
+        if (count > left) return false;
         if (uint64_t(end - in) < uint64_t(run ? 1 : count) * bpp) return false;
-        for (uint32_t i = 0; i < count && row < image.m_nHeight; ++i)
+        left -= count;
+        for (uint32_t i = 0; i < count; ++i)
         {
             memcpy(out + uint64_t(x) * bpp, in, bpp);
             if (!run) in += bpp;

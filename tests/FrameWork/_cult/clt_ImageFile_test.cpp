@@ -123,7 +123,7 @@ TEST(LoadImageFile, ChoosesTheReaderByExtension)
     EXPECT_EQ(memstream::Current().closes, 0);
 }
 
-TEST(TgaReader, DecodesRunLengthPacketsAcrossRowsAndStopsAtTheImageEnd)
+TEST(TgaReader, DecodesRunLengthPacketsAcrossRows)
 {
     const Bytes A = {1, 2, 3, 4}, B = {5, 6, 7, 8}, C = {9, 10, 11, 12};
     struct Case
@@ -137,8 +137,9 @@ TEST(TgaReader, DecodesRunLengthPacketsAcrossRowsAndStopsAtTheImageEnd)
          Bytes{0x02} + A + B + C + Bytes{0x02} + C + B + A,
          {A, B, C, C, B, A}},
         {"run crossing a row", Bytes{0x83} + A + Bytes{0x01} + B + C, {A, A, A, A, B, C}},
-        {"run of 128 past the end", Bytes{0x81} + B + Bytes{0xFF} + C, {B, B, C, C, C, C}},
-        {"raw past the end", Bytes{0x84} + A + Bytes{0x02} + B + C + A, {A, A, A, A, A, B}},
+        {"raw crossing a row",
+         Bytes{0x01} + A + B + Bytes{0x03} + C + A + B + C,
+         {A, B, C, A, B, C}},
     };
     for (const Case& c : cases)
     {
@@ -171,6 +172,10 @@ TEST(ImageReaders, RefuseMalformedFilesCleanly)
         {"huge raw TGA", "a.tga", TgaHeader(2, 65535, 65535, 32, 0) + Bytes(100, 0)},
         {"huge RLE TGA", "a.tga", TgaHeader(10, 65535, 65535, 32, 0) + Bytes{0xFF, 1, 2, 3, 4}},
         {"RLE data ends", "a.tga", TgaHeader(10, 2, 2, 24, 0) + Bytes{0x82} + pixel3},
+        {"run of 128 past the image", "a.tga",
+         TgaHeader(10, 3, 2, 24, 0) + Bytes{0x81} + pixel3 + Bytes{0xFF} + pixel3},
+        {"raw past the image", "a.tga",
+         TgaHeader(10, 3, 2, 24, 0) + Bytes{0x84} + pixel3 + Bytes{0x01} + pixel3 + pixel3},
         {"RLE raw packet short", "a.tga",
          TgaHeader(10, 4, 1, 24, 0) + Bytes{0x03} + pixel3 + pixel3 + pixel3},
         {"short header TGA", "a.tga", Bytes(17, 0)},
