@@ -2,7 +2,8 @@
 // encoded (type 10), without identification field or colour map, in any of the four
 // origins. Rows are stored in file order; the origin from the descriptor makes the picture
 // upright for the pixel operations. The image is made bottom-up when the file is, so that
-// a DIB section filled from the file is also upright for GDI.
+// a DIB section filled from the file is also upright for GDI. (A file stored right to left
+// keeps its rows as they are: GDI shows it mirrored, the pixel operations do not.)
 //
 // Run-length data is decoded as one stream of pixels over the whole image: a packet that
 // reaches past the end of a row continues on the next row (as older writers produced). A
