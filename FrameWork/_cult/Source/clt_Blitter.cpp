@@ -112,6 +112,16 @@ template <typename F> bool WalkRows(CltImage& d, const CltImage& s, const Block&
     return true;
 }
 
+// Runs a form's row kernel over a clipped block, then leaves the form's state (MMX,
+// wide registers). False when nothing was done (rows in opposite directions).
+template <typename F>
+bool RunKernel(const CltBlitKernels& kernels, CltImage& d, const CltImage& s, const Block& b, F row)
+{
+    bool done = WalkRows(d, s, b, row);
+    if (kernels.leave) kernels.leave();
+    return done;
+}
+
 bool Is32(const CltImage& image)
 {
     return image.m_Format.bytesPerPixel == 4;
@@ -316,10 +326,9 @@ void CltKernelBlitter::AlphaBlit(int mode, CltImage& dst, const CltImage& src, i
     if (!m_Kernels.alphaRow || !IsBlendMode(mode) || !Is32(dst) || !Is32(src))
         return CltBlitter::AlphaBlit(mode, dst, src, x, y);
     if (!ClipPlaced(dst, src, x, y, b)) return;
-    bool done = WalkRows(dst, src, b,
-                         [&](uint8_t* d, const uint8_t* s, int32_t n)
-                         { m_Kernels.alphaRow(mode, d, s, n); });
-    if (m_Kernels.leave) m_Kernels.leave();
+    bool done = RunKernel(m_Kernels, dst, src, b,
+                          [&](uint8_t* d, const uint8_t* s, int32_t n)
+                          { m_Kernels.alphaRow(mode, d, s, n); });
     if (!done) CltBlitter::AlphaBlit(mode, dst, src, x, y);
 }
 
@@ -330,10 +339,9 @@ void CltKernelBlitter::BlendBlit(int mode, CltImage& dst, const CltImage& src, i
     if (!m_Kernels.blendRow || !IsBlendMode(mode) || !Is32(dst) || !Is32(src))
         return CltBlitter::BlendBlit(mode, dst, src, x, y, amount);
     if (!ClipPlaced(dst, src, x, y, b)) return;
-    bool done = WalkRows(dst, src, b,
-                         [&](uint8_t* d, const uint8_t* s, int32_t n)
-                         { m_Kernels.blendRow(mode, d, s, n, amount); });
-    if (m_Kernels.leave) m_Kernels.leave();
+    bool done = RunKernel(m_Kernels, dst, src, b,
+                          [&](uint8_t* d, const uint8_t* s, int32_t n)
+                          { m_Kernels.blendRow(mode, d, s, n, amount); });
     if (!done) CltBlitter::BlendBlit(mode, dst, src, x, y, amount);
 }
 
@@ -344,10 +352,9 @@ void CltKernelBlitter::TintBlit(int mode, CltImage& dst, const CltImage& mask, i
     if (!m_Kernels.tintRow || !IsBlendMode(mode) || !Is32(dst) || mask.m_Format.bytesPerPixel != 1)
         return CltBlitter::TintBlit(mode, dst, mask, x, y, colour);
     if (!ClipPlaced(dst, mask, x, y, b)) return;
-    bool done = WalkRows(dst, mask, b,
-                         [&](uint8_t* d, const uint8_t* m, int32_t n)
-                         { m_Kernels.tintRow(mode, d, m, n, colour); });
-    if (m_Kernels.leave) m_Kernels.leave();
+    bool done = RunKernel(m_Kernels, dst, mask, b,
+                          [&](uint8_t* d, const uint8_t* m, int32_t n)
+                          { m_Kernels.tintRow(mode, d, m, n, colour); });
     if (!done) CltBlitter::TintBlit(mode, dst, mask, x, y, colour);
 }
 
@@ -359,9 +366,8 @@ void CltKernelBlitter::KeyBlit(CltImage& dst, int32_t dx, int32_t dy, const CltI
         return CltBlitter::KeyBlit(dst, dx, dy, src, sx, sy, w, h, key);
     if (!ClipKey(dst, dx, dy, src, sx, sy, w, h, b)) return;
     bool done =
-        WalkRows(dst, src, b,
-                 [&](uint8_t* d, const uint8_t* s, int32_t n) { m_Kernels.keyRow(d, s, n, key); });
-    if (m_Kernels.leave) m_Kernels.leave();
+        RunKernel(m_Kernels, dst, src, b,
+                  [&](uint8_t* d, const uint8_t* s, int32_t n) { m_Kernels.keyRow(d, s, n, key); });
     if (!done) CltBlitter::KeyBlit(dst, dx, dy, src, sx, sy, w, h, key);
 }
 

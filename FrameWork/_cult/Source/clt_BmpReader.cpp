@@ -57,14 +57,7 @@ bool CltBmpReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
     if (remaining < 0 || fileRow * uint64_t(height) > uint64_t(remaining)) return false;
     if (!image.Create(*format, width, height, origin)) return false;
 
-    if (uint64_t(image.m_nPitch) == fileRow)
-        return stream.ReadExactly(image.m_pData, fileRow * uint64_t(height));
-    uint8_t padding[4];
-    for (int32_t r = 0; r < height; ++r)
-        if (!stream.ReadExactly(image.m_pData + intptr_t(r) * image.m_nPitch, rowBytes) ||
-            !stream.ReadExactly(padding, fileRow - rowBytes))
-            return false;
-    return true;
+    return stream.ReadRows(image, rowBytes, uint32_t(fileRow - rowBytes));
 }
 
 CltBmpReader s_BmpReader;

@@ -25,5 +25,5 @@ class CltDibImage : public CltImage
     HPALETTE m_hPalette = nullptr;
 
   private:
-    void TakeSection(HBITMAP bitmap);
+    DIBSECTION TakeSection(HBITMAP bitmap);
 };

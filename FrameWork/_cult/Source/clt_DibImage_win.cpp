@@ -59,8 +59,9 @@ bool CltDibImage::Create(const CltPixelFormat& format, int32_t width, int32_t he
     return true;
 }
 
-// Reads data, pitch and size back from a DIB section and keeps the section.
-void CltDibImage::TakeSection(HBITMAP bitmap)
+// Reads data, pitch and size back from a DIB section and keeps the section; returns what
+// it read.
+DIBSECTION CltDibImage::TakeSection(HBITMAP bitmap)
 {
     DIBSECTION section = {};
     GetObjectA(bitmap, sizeof section, &section);
@@ -69,6 +70,7 @@ void CltDibImage::TakeSection(HBITMAP bitmap)
     m_nPitch = section.dsBm.bmWidthBytes;
     m_nSize = section.dsBmih.biSizeImage;
     if (m_nSize == 0) m_nSize = uint32_t(m_nPitch) * uint32_t(section.dsBm.bmHeight);
+    return section;
 }
 
 CltImage* CltDibImage::New() const
@@ -124,9 +126,7 @@ bool CltDibImage::LoadBitmapFile(const char* fileName)
     HBITMAP bitmap = LoadSection(fileName);
     if (!bitmap) return false;
 
-    DIBSECTION section = {};
-    GetObjectA(bitmap, sizeof section, &section);
-    TakeSection(bitmap);
+    DIBSECTION section = TakeSection(bitmap);
     m_nWidth = section.dsBm.bmWidth;
     m_nHeight = section.dsBm.bmHeight;
     m_nOrigin = section.dsBmih.biHeight > 0 ? OriginBottomLeft : OriginTopLeft;

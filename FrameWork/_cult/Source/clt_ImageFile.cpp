@@ -3,15 +3,17 @@
 
 #include <cstring>
 
+#include "FrameWork/_cult/Source/clt_Text.h"
+
 namespace
 {
+// Extensions compare without regard to case, in the Western ANSI code page.
 bool SameExtension(const char* a, const char* b)
 {
     for (;; ++a, ++b)
     {
-        char x = *a >= 'A' && *a <= 'Z' ? char(*a - 'A' + 'a') : *a;
-        char y = *b >= 'A' && *b <= 'Z' ? char(*b - 'A' + 'a') : *b;
-        if (x != y) return false;
+        unsigned char x = clt_PortableUpperChar(static_cast<unsigned char>(*a));
+        if (x != clt_PortableUpperChar(static_cast<unsigned char>(*b))) return false;
         if (!x) return true;
     }
 }
@@ -87,6 +89,19 @@ bool CltReadStream::ReadExactly(void* buffer, uint64_t n)
 {
     if (n == 0) return true;
     return m_bOpen && n <= SIZE_MAX && m_pStream->Read(buffer, size_t(n), 1) == 1;
+}
+
+bool CltReadStream::ReadRows(CltImage& image, uint64_t rowBytes, uint32_t gap)
+{
+    uint8_t padding[3];
+    if (gap > sizeof padding) return false;
+    if (uint64_t(image.m_nPitch) == rowBytes + gap)
+        return ReadExactly(image.m_pData, (rowBytes + gap) * uint64_t(image.m_nHeight));
+    for (int32_t r = 0; r < image.m_nHeight; ++r)
+        if (!ReadExactly(image.m_pData + intptr_t(r) * image.m_nPitch, rowBytes) ||
+            !ReadExactly(padding, gap))
+            return false;
+    return true;
 }
 
 bool CltReadStream::Skip(uint64_t n)

@@ -41,6 +41,10 @@ class CltReadStream
     bool IsOpen() const { return m_bOpen; }
     // Reads exactly n bytes, or fails.
     bool ReadExactly(void* buffer, uint64_t n);
+    // Reads the image's rows in stored order: rowBytes of pixels each, followed in the file
+    // by gap bytes of padding (at most 3). In one piece when the file's rows match the
+    // image's pitch.
+    bool ReadRows(CltImage& image, uint64_t rowBytes, uint32_t gap);
     bool Skip(uint64_t n);
     // Bytes from the current position to the end of the file; -1 when unknown.
     int64_t Remaining();

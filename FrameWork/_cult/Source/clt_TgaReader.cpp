@@ -90,17 +90,9 @@ bool CltTgaReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
     if (!image.Create(*format, width, height, bottomUp ? OriginBottomLeft : OriginTopLeft))
         return false;
 
-    uint64_t rowBytes = uint64_t(width) * bpp;
     if (type == 2)
     {
-        if (uint64_t(image.m_nPitch) == rowBytes)
-        {
-            if (!stream.ReadExactly(image.m_pData, pixels * bpp)) return false;
-        }
-        else
-            for (int32_t r = 0; r < height; ++r)
-                if (!stream.ReadExactly(image.m_pData + intptr_t(r) * image.m_nPitch, rowBytes))
-                    return false;
+        if (!stream.ReadRows(image, uint64_t(width) * bpp, 0)) return false;
     }
     else
     {
