@@ -13,6 +13,7 @@
 
 using namespace harness;
 using demo::HasLine;
+using demo::Launch;
 
 namespace
 {
@@ -30,36 +31,6 @@ void InsertDisc(const std::string& drive, const std::string& from)
     RemoveTree(drive + "Install");
     DeleteFileA((drive + "Launcher.exe").c_str());
     ASSERT_TRUE(CopyTree(from, drive));
-}
-
-// Asks Wine to load the named libraries from files first, as Windows does, in the
-// programs of that name started from now on (Wine otherwise always uses its own).
-void PreferLibraryFiles(const char* program, bool prefer)
-{
-    std::string key = std::string("Software\\Wine\\AppDefaults\\") + program + "\\DllOverrides";
-    if (!prefer)
-    {
-        RegDeleteTreeA(HKEY_CURRENT_USER, key.c_str());
-        return;
-    }
-    HKEY handle;
-    RegCreateKeyExA(HKEY_CURRENT_USER, key.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &handle,
-                    nullptr);
-    for (const char* name : {"ddraw", "dsound"})
-        RegSetValueExA(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE*>("native,builtin"),
-                       15);
-    RegCloseKey(handle);
-}
-
-RunResult Launch(const std::string& program, const std::string& arguments,
-                 std::vector<int> answers = {})
-{
-    RunOptions run;
-    run.program = program;
-    run.arguments = arguments;
-    run.answers = std::move(answers);
-    run.timeoutMs = 60000;
-    return RunProgram(run);
 }
 
 template <typename F> bool WaitFor(F condition, int seconds = 60)
@@ -244,8 +215,9 @@ TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
             CopyInto(Join(planted, name), where);
             plantedFiles.push_back(Join(where, name));
         }
-    PreferLibraryFiles("loader.exe", true);
-    PreferLibraryFiles("Launcher.exe", true);
+    // Wine otherwise always uses its own libraries: ask for the files first, as Windows does.
+    demo::SetLibraryOverrides("loader.exe", {"ddraw", "dsound"}, "native,builtin");
+    demo::SetLibraryOverrides("Launcher.exe", {"ddraw", "dsound"}, "native,builtin");
     // A program beside the planted files that loads the libraries by name gets them.
     CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "loader.exe");
     for (const char* name : {"ddraw.dll", "DSOUND.DLL"})
@@ -270,8 +242,8 @@ TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
     EXPECT_TRUE(r.boxes[1].scripted);
     for (const std::string& file : plantedFiles)
         EXPECT_EQ(GetFileAttributesA((file + ".loaded").c_str()), INVALID_FILE_ATTRIBUTES) << file;
-    PreferLibraryFiles("loader.exe", false);
-    PreferLibraryFiles("Launcher.exe", false);
+    demo::SetLibraryOverrides("loader.exe", {}, "");
+    demo::SetLibraryOverrides("Launcher.exe", {}, "");
     DeleteRegTree(ini.RegistryKey());
 }
 

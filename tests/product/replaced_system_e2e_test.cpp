@@ -41,28 +41,6 @@ std::string SystemFile(const char* name)
     return Join(folder, name);
 }
 
-// Makes the launcher load DSOUND.DLL only from the file in the system folder.
-void UseSystemFileOnly(bool only)
-{
-    const char* key = "Software\\Wine\\AppDefaults\\Launcher.exe\\DllOverrides";
-    if (!only)
-    {
-        RegDeleteTreeA(HKEY_CURRENT_USER, key);
-        return;
-    }
-    RegSetKeyValueA(HKEY_CURRENT_USER, key, "dsound", REG_SZ, "native", 7);
-}
-
-RunResult Launch(const std::string& folder, std::vector<int> answers)
-{
-    RunOptions run;
-    run.program = Join(folder, "Launcher.exe");
-    run.arguments = "-I";
-    run.answers = std::move(answers);
-    run.timeoutMs = 60000;
-    return RunProgram(run);
-}
-
 bool InThrowawayPrefix()
 {
     const char* flag = getenv("LAUNCHER_THROWAWAY_PREFIX");
@@ -124,8 +102,9 @@ TEST(ReplacedDirectSound, EachFailureShowsItsBoxThenThePlayerDecides)
         MakeInstalled(folder, "DSound", "DirectXState=1\r\n");
         ASSERT_TRUE(CopyFileA((c.file.empty() ? original : c.file).c_str(),
                               SystemFile("dsound.dll").c_str(), FALSE));
-        UseSystemFileOnly(!c.file.empty());
-        RunResult r = Launch(folder, c.answers);
+        // Only the file in the system folder, or Wine's own library.
+        demo::SetLibraryOverrides("Launcher.exe", {"dsound"}, c.file.empty() ? "" : "native");
+        RunResult r = demo::Launch(Join(folder, "Launcher.exe"), "-I", c.answers);
         EXPECT_EQ(r.exitCode, 0u);
         std::string shown;
         for (const MessageBoxRecord& box : r.boxes)
@@ -144,7 +123,7 @@ TEST(ReplacedDirectSound, EachFailureShowsItsBoxThenThePlayerDecides)
         EXPECT_EQ(!ReadTextFile(record).empty(), c.gameStarted);
     }
     CopyFileA(original.c_str(), SystemFile("dsound.dll").c_str(), FALSE);
-    UseSystemFileOnly(false);
+    demo::SetLibraryOverrides("Launcher.exe", {}, "");
 }
 
 namespace

@@ -6,6 +6,8 @@
 #include "harness/wine_Harness.h"
 
 #include <algorithm>
+#include <cstring>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -109,6 +111,36 @@ inline void MarkInstalled(const Ini& ini, const std::string& folder)
     SetRegDword(ini.RegistryKey(), "Installed", 2);
     SetRegString(ini.RegistryKey(), "Install Path", folder);
     SetRegString(ini.RegistryKey(), "Source Dir", folder);
+}
+
+// Runs a launcher (or any program) through the harness, answering its boxes in order.
+inline harness::RunResult Launch(const std::string& program, const std::string& arguments,
+                                 std::vector<int> answers = {})
+{
+    harness::RunOptions run;
+    run.program = program;
+    run.arguments = arguments;
+    run.answers = std::move(answers);
+    run.timeoutMs = 60000;
+    return harness::RunProgram(run);
+}
+
+// Sets how Wine loads the named libraries in the programs of that name started from now
+// on ("native": only the file; "native,builtin": the file first). Wine passes no
+// WINEDLLOVERRIDES to child processes, but it reads these per-program settings. An empty
+// value removes the program's settings.
+inline void SetLibraryOverrides(const char* program, std::initializer_list<const char*> names,
+                                const char* value)
+{
+    std::string key = std::string("Software\\Wine\\AppDefaults\\") + program + "\\DllOverrides";
+    if (!*value)
+    {
+        RegDeleteTreeA(HKEY_CURRENT_USER, key.c_str());
+        return;
+    }
+    for (const char* name : names)
+        RegSetKeyValueA(HKEY_CURRENT_USER, key.c_str(), name, REG_SZ, value,
+                        DWORD(strlen(value) + 1));
 }
 
 // The trace split into lines at each "\n" (a prefix and its message form one line).
