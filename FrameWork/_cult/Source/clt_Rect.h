@@ -1,5 +1,6 @@
 // CltRect: left, top, right, bottom as signed 32-bit values. The point test counts the
-// right and bottom edges as inside.
+// right and bottom edges as inside. Intersect follows the system's IntersectRect: rectangles
+// that do not overlap give (0, 0, 0, 0), which is empty.
 #pragma once
 
 #include <cstdint>
@@ -28,4 +29,19 @@ struct CltRect
     {
         return left != o.left || top != o.top || right != o.right || bottom != o.bottom;
     }
+    bool operator==(const CltRect& o) const { return !(*this != o); }
+    // A rectangle that covers no pixel (the system's IsRectEmpty).
+    bool CoversNothing() const { return right <= left || bottom <= top; }
+    CltRect Intersect(const CltRect& o) const
+    {
+        if (CoversNothing() || o.CoversNothing()) return CltRect();
+        CltRect r(left > o.left ? left : o.left, top > o.top ? top : o.top,
+                  right < o.right ? right : o.right, bottom < o.bottom ? bottom : o.bottom);
+        return r.CoversNothing() ? CltRect() : r;
+    }
+};
+
+struct CltPoint
+{
+    int32_t x = 0, y = 0;
 };

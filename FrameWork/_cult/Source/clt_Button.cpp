@@ -1,0 +1,58 @@
+// CltButton: the button state machine.
+#include "FrameWork/_cult/Source/clt_Button.h"
+
+void CltButton::SetState(int32_t state)
+{
+    m_nState = state;
+    Invalidate(m_Rect);
+}
+
+void CltButton::OnFocus(bool gained)
+{
+    m_nState = gained ? ButtonHighlighted : ButtonNormal;
+    // Played on losing the focus as on gaining it; a sound still playing is not cut off.
+    if (!m_strSound.empty() && m_pHost) m_pHost->PlayFocusSound(m_strSound.c_str());
+    Invalidate(m_Rect);
+}
+
+void CltButton::OnMouseEnter()
+{
+    if (m_bPressed)
+        SetState(ButtonPressed);
+    else if (HasFlag(CltWidgetFocusable))
+        TakeFocus(true); // the root calls OnFocus(true)
+    else
+        SetState(ButtonHighlighted);
+}
+
+void CltButton::OnMouseLeave()
+{
+    if (HasFlag(CltWidgetFocusable))
+    {
+        // Not pressed: the button keeps its look while it keeps the focus.
+        if (m_bPressed) SetState(IsFocused() ? ButtonHighlighted : ButtonNormal);
+    }
+    else
+        SetState(m_bPressed ? ButtonHighlighted : ButtonNormal);
+}
+
+void CltButton::OnLButtonDown(uint32_t, int32_t, int32_t)
+{
+    m_bPressed = true;
+    SetState(ButtonPressed);
+    if (m_pHost) m_pHost->SetCapture(this);
+}
+
+void CltButton::OnLButtonUp(uint32_t, int32_t x, int32_t y)
+{
+    m_bPressed = false;
+    bool inside = HitTest(CltPoint{x, y});
+    SetState(inside || HasFlag(CltWidgetFocusable) ? ButtonHighlighted : ButtonNormal);
+    if (m_pHost) m_pHost->ReleaseCapture();
+    if (inside) Notify(m_dwId, this);
+}
+
+void CltButton::Activate()
+{
+    Notify(m_dwId, this);
+}

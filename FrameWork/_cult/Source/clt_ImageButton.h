@@ -1,0 +1,30 @@
+// CltImageButton: a button drawn from one shared image with a colour key: every pixel
+// whose 32-bit value equals the image's pixel at column 0, row 1 is left out.
+#pragma once
+
+#include "FrameWork/_cult/Source/clt_Button.h"
+#include "FrameWork/_cult/Source/clt_ImageRef.h"
+
+struct CltCell
+{
+    int32_t column = 0, row = 0;
+};
+
+class CltImageButton : public CltButton
+{
+  public:
+    // Shares the image and keeps the cells of the three states; does not repaint.
+    void SetImage(const CltImageRef& image, CltCell normal, CltCell highlighted, CltCell pressed);
+    // Places the Normal cell with its top-left at (x, y) and takes its size.
+    void MoveTo(int32_t x, int32_t y);
+    void Paint(CltCanvas& canvas, const CltRect& area) override;
+
+    const CltImageRef& Image() const { return m_Image; }
+
+  private:
+    CltImageRef m_Image;
+    CltRect m_ImageRect;
+    CltCell m_Cells[3];
+};
+
+extern CltWidgetFactoryOf<CltImageButton> g_ImageButtonFactory;

@@ -1,0 +1,46 @@
+// CltImageButton: colour-keyed image buttons.
+#include "FrameWork/_cult/Source/clt_ImageButton.h"
+
+#include <cstring>
+#include <memory>
+
+#include "FrameWork/_cult/Source/clt_Blitter.h"
+#include "FrameWork/_cult/Source/clt_Canvas.h"
+
+CltWidgetFactoryOf<CltImageButton> g_ImageButtonFactory;
+
+void CltImageButton::SetImage(const CltImageRef& image, CltCell normal, CltCell highlighted,
+                              CltCell pressed)
+{
+    m_Image = image;
+    m_Cells[0] = normal;
+    m_Cells[1] = highlighted;
+    m_Cells[2] = pressed;
+}
+
+void CltImageButton::MoveTo(int32_t x, int32_t y)
+{
+    CltRect r;
+    if (CltDibImage* image = m_Image.Image()) r = image->GetFrameRect(m_Cells[0].column, m_Cells[0].row);
+    r.Offset(x - r.left, y - r.top);
+    m_ImageRect = r;
+    SetRect(r);
+}
+
+void CltImageButton::Paint(CltCanvas& canvas, const CltRect&)
+{
+    CltDibImage* image = m_Image.Image();
+    CltDibImage* target = canvas.Pixels();
+    // The key is read from row 1: an image needs two rows at least.
+    if (!image || !target || image->m_nWidth < 1 || image->m_nHeight < 2) return;
+    const CltCell& cell = m_nState == ButtonHighlighted ? m_Cells[1]
+                          : m_nState == ButtonPressed   ? m_Cells[2]
+                                                        : m_Cells[0];
+    CltRect s = image->GetFrameRect(cell.column, cell.row);
+    uint32_t key;
+    memcpy(&key, image->PixelAddress(0, 1), sizeof key);
+    std::unique_ptr<CltBlitter> blitter(CreateBlitter());
+    const CltRect& origin = canvas.Origin();
+    blitter->KeyBlit(*target, m_ImageRect.left - origin.left, m_ImageRect.top - origin.top, *image,
+                     s.left, s.top, s.Width(), s.Height(), key);
+}

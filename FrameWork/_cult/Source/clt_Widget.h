@@ -1,0 +1,194 @@
+// CltWidget and CltRootWidget: the retained widget tree that lives inside one window.
+//
+// Every rectangle is in window client coordinates at every depth. A parent owns its
+// children; destroying a widget destroys its subtree, first child first. Hit testing
+// prefers earlier siblings, painting puts later siblings on top.
+//
+// The root keeps the keyboard focus, the mouse route (capture) and the hover, and turns
+// window messages into widget calls. Whatever the tree needs from the operating system
+// (the system's mouse capture, the Shift key, sounds, moving the window) it asks of its
+// root through the root's system hooks, so this code builds and runs without a window
+// system; CltWindowRoot answers the hooks with its window.
+//
+// Invariant: the root never holds a pointer to a destroyed widget. A widget's destructor
+// tells its root (ForgetWidget), which drops it from focus, hover and capture.
+#pragma once
+
+#include <cstdint>
+
+#include "FrameWork/_cult/Source/clt_Rect.h"
+
+class CltCanvas;
+class CltRootWidget;
+class CltWidget;
+
+// Widget flags.
+enum : uint32_t
+{
+    CltWidgetVisible = 2,   // the widget paints itself
+    CltWidgetFocusable = 4, // the widget can hold the keyboard focus
+};
+
+// The window messages and keys the root understands (their Windows values).
+enum : uint32_t
+{
+    CltMsgKeyDown = 0x0100,
+    CltMsgTimer = 0x0113,
+    CltMsgMouseMove = 0x0200,
+    CltMsgLButtonDown = 0x0201,
+    CltMsgLButtonUp = 0x0202,
+    CltMsgLButtonDblClk = 0x0203,
+    CltKeyTab = 9,
+    CltKeyReturn = 13,
+    CltKeyLeft = 37,
+    CltKeyUp = 38,
+    CltKeyRight = 39,
+    CltKeyDown = 40,
+};
+
+// Makes one class of widget: constructs it and attaches it with Create; a widget whose
+// Create fails is destroyed again and null returned.
+class CltWidgetFactory
+{
+  public:
+    virtual CltWidget* Create(CltWidget* parent, const CltRect& r, uint32_t flags, uint32_t id) = 0;
+
+  protected:
+    ~CltWidgetFactory() = default;
+};
+
+class CltWidget
+{
+  public:
+    CltWidget() = default;
+    CltWidget(const CltWidget&) = delete;
+    CltWidget& operator=(const CltWidget&) = delete;
+    virtual ~CltWidget();
+
+    virtual void OnFocus(bool gained);
+    virtual bool HitTest(const CltPoint& p);
+    virtual void Invalidate(const CltRect& r);
+    virtual CltWidget* SetCapture(CltWidget* w);
+    virtual CltWidget* GetCapture();
+    virtual void ReleaseCapture();
+    virtual bool OnNotify(uint32_t id, CltWidget* source);
+    virtual void OnLButtonUp(uint32_t flags, int32_t x, int32_t y);
+    virtual void OnLButtonDblClk(uint32_t flags, int32_t x, int32_t y);
+    virtual void OnLButtonDown(uint32_t flags, int32_t x, int32_t y);
+    virtual void OnMouseMove(uint32_t flags, int32_t x, int32_t y);
+    virtual void OnMouseEnter();
+    virtual void OnMouseLeave();
+    virtual void OnInitialFocus();
+    virtual void Paint(CltCanvas& canvas, const CltRect& area);
+    virtual void OnTick();
+    virtual void Activate();
+
+    // Attaches the widget below parent (or, without one, checks that it is a root);
+    // does not link it into the parent's child list. Returns this, or null.
+    CltWidget* Create(CltWidget* parent, const CltRect& r, uint32_t flags, uint32_t id);
+    CltWidget* CreateChild(CltWidgetFactory& factory, const CltRect& r, uint32_t flags,
+                           uint32_t id);
+    bool AddChild(CltWidget* child);
+    // Unlinks and destroys child; false when child is not a child of this widget.
+    bool RemoveChild(CltWidget* child);
+    // Climbs from this widget to the root until a widget handles the notification. A zero
+    // id or null source is replaced by the asked widget's id or the widget itself.
+    void Notify(uint32_t id, CltWidget* source);
+    void SetRect(const CltRect& r);
+    void TakeFocus(bool take);
+    bool IsFocused() const;
+    CltWidget* HitTestTree(int32_t x, int32_t y);
+    void PaintTree(CltCanvas& canvas, const CltRect& clip);
+
+    CltRootWidget* Host() const { return m_pHost; }
+    CltWidget* Parent() const { return m_pParent; }
+    CltWidget* FirstChild() const { return m_pFirstChild; }
+    CltWidget* LastChild() const { return m_pLastChild; }
+    CltWidget* NextSibling() const { return m_pNext; }
+    CltWidget* PreviousSibling() const { return m_pPrevious; }
+    const CltRect& Rect() const { return m_Rect; }
+    uint32_t Flags() const { return m_dwFlags; }
+    uint32_t Id() const { return m_dwId; }
+    bool HasFlag(uint32_t mask) const { return (m_dwFlags & mask) != 0; }
+
+  protected:
+    CltRootWidget* m_pHost = nullptr;
+    CltWidget* m_pParent = nullptr;
+    CltWidget* m_pFirstChild = nullptr;
+    CltWidget* m_pLastChild = nullptr;
+    CltWidget* m_pNext = nullptr;
+    CltWidget* m_pPrevious = nullptr;
+    CltRect m_Rect;
+    uint32_t m_dwFlags = 0;
+    uint32_t m_dwId = 0;
+
+    void DestroyChildren();
+};
+
+class CltRootWidget : public CltWidget
+{
+  public:
+    CltRootWidget();
+    ~CltRootWidget() override;
+
+    CltWidget* SetCapture(CltWidget* w) override;
+    CltWidget* GetCapture() override;
+    void ReleaseCapture() override;
+
+    // w is null or focusable. The old focus hears OnFocus(false) before the new one hears
+    // OnFocus(true), also when both are the same widget.
+    void SetFocusWidget(CltWidget* w);
+    void FocusNext();
+    void FocusPrevious();
+    void ActivateFocus();
+    void ForgetWidget(CltWidget* w);
+    // 1 for the six messages the root handles (whether or not a widget was found), else 0.
+    int HandleMessage(uint32_t message, uintptr_t wParam, intptr_t lParam);
+
+    CltWidget* Focus() const { return m_pFocus; }
+    uint32_t FocusId() const { return m_dwFocusId; }
+    CltWidget* Hover() const { return m_pHover; }
+    bool HasCapture() const { return m_pCapture != NoCapture(); }
+    // The capture value that stands for no capture: neither null nor any widget.
+    static CltWidget* NoCapture();
+
+    // System hooks. The base root has no system: it captures nothing, sees no Shift key,
+    // plays nothing and has no window to move.
+    virtual void CaptureSystemPointerToFocusWindow() {}
+    virtual void CaptureSystemPointer() {}
+    virtual void ReleaseSystemPointer() {}
+    virtual bool IsShiftDown() const { return false; }
+    virtual void PlayFocusSound(const char* path) { (void)path; }
+    virtual bool GetWindowRect(CltRect& r) const
+    {
+        (void)r;
+        return false;
+    }
+    virtual void MoveWindow(const CltRect& r) { (void)r; }
+
+  protected:
+    CltWidget* m_pFocus = nullptr;
+    CltWidget* m_pCapture;
+    CltWidget* m_pHover = nullptr;
+    uint32_t m_dwFocusId = 0;
+    int32_t m_nLastX = 0, m_nLastY = 0;
+
+  private:
+    CltWidget* Target(int32_t x, int32_t y);
+    void TrackPointer(uintptr_t wParam, int32_t x, int32_t y);
+    void OnKeyDown(uintptr_t key);
+    static void TickTree(CltWidget* w);
+};
+
+// A factory for one widget class.
+template <class W> class CltWidgetFactoryOf final : public CltWidgetFactory
+{
+  public:
+    CltWidget* Create(CltWidget* parent, const CltRect& r, uint32_t flags, uint32_t id) override
+    {
+        W* w = new W;
+        if (w->CltWidget::Create(parent, r, flags, id)) return w;
+        delete w;
+        return nullptr;
+    }
+};

@@ -1,0 +1,62 @@
+// CltWindowRoot: the widget tree's window.
+#include "FrameWork/_cult/Source/clt_WindowRoot.h"
+
+#include <mmsystem.h>
+
+void CltWindowRoot::Invalidate(const CltRect& r)
+{
+    if (!m_hWnd) return;
+    RECT rc = {r.left, r.top, r.right, r.bottom};
+    InvalidateRect(m_hWnd, &rc, FALSE);
+}
+
+bool CltWindowRoot::OnNotify(uint32_t id, CltWidget* source)
+{
+    if (id != 0 && m_hWnd)
+        SendMessageA(m_hWnd, WM_COMMAND, WPARAM(id), reinterpret_cast<LPARAM>(source));
+    return true;
+}
+
+void CltWindowRoot::Attach(HWND window)
+{
+    m_hWnd = window;
+    SetTimer(window, 1, 50, nullptr);
+}
+
+void CltWindowRoot::CaptureSystemPointerToFocusWindow()
+{
+    ::SetCapture(GetFocus());
+}
+
+void CltWindowRoot::CaptureSystemPointer()
+{
+    if (m_hWnd) ::SetCapture(m_hWnd);
+}
+
+void CltWindowRoot::ReleaseSystemPointer()
+{
+    ::ReleaseCapture();
+}
+
+bool CltWindowRoot::IsShiftDown() const
+{
+    return (GetKeyState(VK_SHIFT) & 0x8000) != 0;
+}
+
+void CltWindowRoot::PlayFocusSound(const char* path)
+{
+    PlaySoundA(path, nullptr, SND_FILENAME | SND_NOSTOP | SND_ASYNC);
+}
+
+bool CltWindowRoot::GetWindowRect(CltRect& r) const
+{
+    RECT rc;
+    if (!m_hWnd || !::GetWindowRect(m_hWnd, &rc)) return false;
+    r.Set(rc.left, rc.top, rc.right, rc.bottom);
+    return true;
+}
+
+void CltWindowRoot::MoveWindow(const CltRect& r)
+{
+    if (m_hWnd) ::MoveWindow(m_hWnd, r.left, r.top, r.Width(), r.Height(), TRUE);
+}

@@ -1,0 +1,572 @@
+// The widget tree's routing: hit testing, painting order, focus walks, pointer tracking,
+// capture, notification, the button state machine, dragging, and a click whose command
+// destroys the clicked button.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "FrameWork/_cult/Source/clt_Button.h"
+#include "FrameWork/_cult/Source/clt_DragPanel.h"
+
+namespace
+{
+std::vector<std::string> g_log;
+
+std::string Joined()
+{
+    std::string all;
+    for (const std::string& s : g_log)
+        all += (all.empty() ? "" : " ") + s;
+    return all;
+}
+
+// Records every system call the tree makes and every command that reaches the root.
+class TestRoot : public CltRootWidget
+{
+  public:
+    void CaptureSystemPointerToFocusWindow() override { g_log.push_back("sys-capture-focus"); }
+    void CaptureSystemPointer() override { g_log.push_back("sys-capture"); }
+    void ReleaseSystemPointer() override { g_log.push_back("sys-release"); }
+    bool IsShiftDown() const override { return shift; }
+    void PlayFocusSound(const char* path) override { g_log.push_back(std::string("sound:") + path); }
+    bool GetWindowRect(CltRect& r) const override
+    {
+        r = window;
+        return true;
+    }
+    void MoveWindow(const CltRect& r) override
+    {
+        window = r;
+        g_log.push_back("move:" + std::to_string(r.left) + "," + std::to_string(r.top));
+    }
+    bool OnNotify(uint32_t id, CltWidget* source) override
+    {
+        notified.push_back({id, source});
+        if (onCommand) onCommand(id);
+        return true;
+    }
+    void Invalidate(const CltRect& r) override { invalidated.push_back(r); }
+
+    bool shift = false;
+    CltRect window{100, 100, 600, 500};
+    std::vector<std::pair<uint32_t, CltWidget*>> notified;
+    std::vector<CltRect> invalidated;
+    void (*onCommand)(uint32_t) = nullptr;
+};
+
+// A widget that logs what reaches it under its name.
+template <class Base> class Probe : public Base
+{
+  public:
+    const char* name = "?";
+    bool handles = false; // answers notifications
+    void Log(const std::string& what) { g_log.push_back(std::string(name) + ":" + what); }
+    void OnFocus(bool gained) override
+    {
+        Log(gained ? "focus+" : "focus-");
+        Base::OnFocus(gained);
+    }
+    void OnMouseEnter() override
+    {
+        Log("enter");
+        Base::OnMouseEnter();
+    }
+    void OnMouseLeave() override
+    {
+        Log("leave");
+        Base::OnMouseLeave();
+    }
+    void OnLButtonDown(uint32_t f, int32_t x, int32_t y) override
+    {
+        Log("down");
+        Base::OnLButtonDown(f, x, y);
+    }
+    void OnLButtonUp(uint32_t f, int32_t x, int32_t y) override
+    {
+        Log("up");
+        Base::OnLButtonUp(f, x, y);
+    }
+    void OnLButtonDblClk(uint32_t f, int32_t x, int32_t y) override
+    {
+        Log("dbl");
+        Base::OnLButtonDblClk(f, x, y);
+    }
+    void OnMouseMove(uint32_t f, int32_t x, int32_t y) override
+    {
+        Log("move");
+        Base::OnMouseMove(f, x, y);
+    }
+    void Paint(CltCanvas& c, const CltRect& a) override
+    {
+        Log("paint");
+        Base::Paint(c, a);
+    }
+    void OnTick() override { Log("tick"); }
+    bool OnNotify(uint32_t id, CltWidget* source) override
+    {
+        Log("notify" + std::to_string(id));
+        (void)source;
+        return handles;
+    }
+    ~Probe() override { g_log.push_back(std::string(name) + ":gone"); }
+};
+using Plain = Probe<CltWidget>;
+using Button = Probe<CltButton>;
+
+template <class W>
+W* Add(CltWidget* parent, const char* name, CltRect r, uint32_t flags, uint32_t id = 0)
+{
+    CltWidgetFactoryOf<W> factory;
+    W* w = static_cast<W*>(parent->CreateChild(factory, r, flags, id));
+    w->name = name;
+    return w;
+}
+
+intptr_t At(int32_t x, int32_t y)
+{
+    return intptr_t((uint32_t(uint16_t(y)) << 16) | uint16_t(x));
+}
+
+const uint32_t V = CltWidgetVisible, F = CltWidgetFocusable;
+
+class WidgetTree : public ::testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        g_log.clear();
+        root.Create(nullptr, CltRect(0, 0, 500, 400), V, 0);
+    }
+    void Send(uint32_t message, int32_t x = 0, int32_t y = 0, uintptr_t w = 0)
+    {
+        root.HandleMessage(message, w, At(x, y));
+    }
+    std::string Take()
+    {
+        std::string s = Joined();
+        g_log.clear();
+        return s;
+    }
+    TestRoot root;
+};
+
+TEST_F(WidgetTree, HitTestPrefersEarlierSiblingsAndCountsEdges)
+{
+    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
+    Add<Plain>(a, "a1", CltRect(20, 20, 30, 30), V);
+    Add<Plain>(&root, "b", CltRect(40, 40, 80, 80), V);
+    Add<Plain>(&root, "hidden", CltRect(90, 90, 95, 95), 0); // hit whether visible or not
+    struct
+    {
+        int32_t x, y;
+        const char* hit;
+    } cases[] = {
+        {10, 10, "a"},  {50, 50, "a"},      {45, 45, "a"}, {51, 51, "b"},  {80, 80, "b"},
+        {25, 25, "a1"}, {30, 30, "a1"},     {31, 30, "a"}, {5, 5, "root"}, {500, 400, "root"},
+        {501, 0, ""},   {-1, 0, ""},        {92, 92, "hidden"},
+    };
+    for (const auto& c : cases)
+    {
+        CltWidget* hit = root.HitTestTree(c.x, c.y);
+        std::string name = !hit ? "" : hit == &root ? "root" : static_cast<Plain*>(hit)->name;
+        EXPECT_EQ(name, c.hit) << c.x << "," << c.y;
+    }
+}
+
+TEST_F(WidgetTree, PaintingPutsLaterSiblingsOnTopAndSkipsSubtreesOutsideTheClip)
+{
+    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
+    Add<Plain>(a, "a1", CltRect(20, 20, 30, 30), V);
+    Plain* hidden = Add<Plain>(&root, "hidden", CltRect(40, 40, 80, 80), 0);
+    Add<Plain>(hidden, "h1", CltRect(60, 60, 70, 70), V);
+    Add<Plain>(&root, "far", CltRect(300, 300, 310, 310), V);
+    // The canvas is only passed through to Paint, which these widgets never draw with.
+    char canvas = 0;
+    CltCanvas& c = reinterpret_cast<CltCanvas&>(canvas);
+    Take();
+    root.PaintTree(c, CltRect(0, 0, 100, 100));
+    EXPECT_EQ(Take(), "a:paint a1:paint h1:paint");
+    root.PaintTree(c, CltRect(45, 45, 55, 55)); // misses a1 and h1, touches a and hidden
+    EXPECT_EQ(Take(), "a:paint");
+    root.PaintTree(c, CltRect(600, 600, 700, 700)); // outside the root: nothing at all
+    EXPECT_EQ(Take(), "");
+}
+
+TEST_F(WidgetTree, KeysWalkTheFocusableSiblings)
+{
+    Button* b1 = Add<Button>(&root, "b1", CltRect(0, 0, 10, 10), V | F, 101);
+    Add<Button>(&root, "x", CltRect(0, 20, 10, 30), V, 200); // not focusable: skipped
+    Button* b2 = Add<Button>(&root, "b2", CltRect(0, 40, 10, 50), V | F, 102);
+    Button* b3 = Add<Button>(&root, "b3", CltRect(0, 60, 10, 70), V | F, 103);
+    struct
+    {
+        Button* from;
+        uintptr_t key;
+        bool shift;
+        Button* to;
+    } cases[] = {
+        {b1, CltKeyTab, false, b2},   {b3, CltKeyTab, false, b1},  {b1, CltKeyTab, true, b3},
+        {b2, CltKeyTab, true, b1},    {b2, CltKeyLeft, false, b1}, {b2, CltKeyUp, false, b1},
+        {b2, CltKeyRight, false, b3}, {b2, CltKeyDown, false, b3}, {b1, CltKeyUp, false, b3},
+    };
+    for (const auto& c : cases)
+    {
+        root.SetFocusWidget(c.from);
+        root.shift = c.shift;
+        g_log.clear();
+        Send(CltMsgKeyDown, 0, 0, c.key);
+        EXPECT_EQ(root.Focus(), c.to) << c.from->name << " key " << c.key << " shift " << c.shift;
+        EXPECT_EQ(root.FocusId(), c.to->Id());
+        EXPECT_EQ(Take(), std::string(c.from->name) + ":focus- " + c.to->name + ":focus+");
+        EXPECT_EQ(c.from->State(), ButtonNormal);
+        EXPECT_EQ(c.to->State(), ButtonHighlighted);
+    }
+}
+
+TEST_F(WidgetTree, KeysWithOneOrNoFocusableWidget)
+{
+    Button* only = Add<Button>(&root, "only", CltRect(0, 0, 10, 10), V | F, 101);
+    Add<Button>(&root, "x", CltRect(0, 20, 10, 30), V, 200);
+    for (uintptr_t key : {CltKeyTab, CltKeyReturn, CltKeyDown})
+        Send(CltMsgKeyDown, 0, 0, key);
+    EXPECT_EQ(Take(), ""); // no focus: nothing
+    EXPECT_TRUE(root.notified.empty());
+
+    root.SetFocusWidget(only);
+    Take();
+    Send(CltMsgKeyDown, 0, 0, CltKeyTab);
+    Send(CltMsgKeyDown, 0, 0, CltKeyLeft);
+    EXPECT_EQ(Take(), ""); // the walk comes back to it: no change, no focus calls
+    EXPECT_EQ(root.Focus(), only);
+    Send(CltMsgKeyDown, 0, 0, CltKeyReturn);
+    ASSERT_EQ(root.notified.size(), 1u);
+    EXPECT_EQ(root.notified[0].first, 101u);
+    EXPECT_EQ(root.notified[0].second, only);
+    EXPECT_EQ(only->State(), ButtonHighlighted); // Enter leaves the look as it is
+}
+
+TEST_F(WidgetTree, PointerTrackingAnnouncesEnterAndLeaveOnlyOnChange)
+{
+    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
+    Add<Plain>(&root, "b", CltRect(60, 10, 100, 50), V);
+    Take();
+    struct
+    {
+        int32_t x, y;
+        const char* log;
+    } steps[] = {
+        {20, 20, "a:enter"},
+        {20, 20, ""}, // same position: nothing
+        {21, 20, "a:enter"}, // same widget without the focus: entered again
+        {70, 20, "a:leave b:enter"},
+        {200, 200, "b:leave"}, // onto the bare root, which has no handler
+        {700, 700, ""},        // outside everything
+        {20, 20, "a:enter"},
+    };
+    for (const auto& s : steps)
+    {
+        Send(CltMsgMouseMove, s.x, s.y);
+        EXPECT_EQ(Take(), s.log) << s.x << "," << s.y;
+    }
+    EXPECT_EQ(root.Hover(), a);
+}
+
+TEST_F(WidgetTree, CaptureRoutesTheMouseAndHidesOtherWidgets)
+{
+    Button* b1 = Add<Button>(&root, "b1", CltRect(10, 10, 50, 50), V | F, 101);
+    Add<Button>(&root, "b2", CltRect(60, 10, 100, 50), V | F, 102);
+    Send(CltMsgMouseMove, 20, 20);
+    Take();
+    Send(CltMsgLButtonDown, 20, 20);
+    EXPECT_EQ(Take(), "sys-capture-focus b1:down");
+    EXPECT_EQ(root.GetCapture(), b1);
+    struct
+    {
+        uint32_t message;
+        int32_t x, y;
+        const char* log;
+        int32_t state;
+    } steps[] = {
+        {CltMsgMouseMove, 70, 20, "b1:move b1:leave", ButtonHighlighted}, // b2 hears nothing
+        {CltMsgMouseMove, 80, 20, "b1:move", ButtonHighlighted},
+        {CltMsgMouseMove, 30, 20, "b1:move b1:enter", ButtonPressed},
+        {CltMsgMouseMove, 70, 20, "b1:move b1:leave", ButtonHighlighted},
+        {CltMsgLButtonUp, 70, 20, "sys-release b1:up", ButtonHighlighted},
+        {CltMsgMouseMove, 71, 20, "b2:enter b1:focus- sound:H b2:focus+", ButtonNormal},
+    };
+    b1->SetSound("H");
+    for (const auto& s : steps)
+    {
+        Send(s.message, s.x, s.y);
+        EXPECT_EQ(Take(), s.log) << s.x << "," << s.y;
+        EXPECT_EQ(b1->State(), s.state) << s.x << "," << s.y;
+    }
+    EXPECT_TRUE(root.notified.empty()); // released outside: no click
+    EXPECT_FALSE(root.HasCapture());
+}
+
+TEST_F(WidgetTree, ReleaseOutsideEveryWidgetWithoutCaptureReachesNoWidget)
+{
+    Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
+    Take();
+    Send(CltMsgLButtonUp, 700, 700);
+    Send(CltMsgLButtonDblClk, 700, 700);
+    EXPECT_EQ(Take(), "sys-release");
+    Send(CltMsgLButtonDblClk, 20, 20);
+    EXPECT_EQ(Take(), "a:dbl");
+}
+
+TEST_F(WidgetTree, SetCaptureWithNullRoutesToTheAskingWidget)
+{
+    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
+    EXPECT_EQ(a->SetCapture(nullptr), CltRootWidget::NoCapture());
+    EXPECT_EQ(root.GetCapture(), a);
+    Take();
+    Send(CltMsgLButtonDown, 300, 300); // far from a, still routed to it
+    EXPECT_EQ(Take(), "sys-capture-focus a:down");
+    EXPECT_EQ(root.SetCapture(nullptr), a);
+    EXPECT_EQ(root.GetCapture(), &root);
+    root.ReleaseCapture();
+    EXPECT_NE(root.GetCapture(), nullptr);
+    EXPECT_FALSE(root.HasCapture());
+}
+
+// Each row: the presses and moves a user makes on one button, whose rectangle is
+// (10, 10, 50, 50); the state after each step and the clicks at the end.
+TEST_F(WidgetTree, ButtonStateMachine)
+{
+    enum Step
+    {
+        Enter,
+        Leave,
+        Down,
+        UpInside,
+        UpOnEdge,
+        UpOutside,
+        Return
+    };
+    struct
+    {
+        const char* what;
+        bool focusable;
+        std::vector<Step> steps;
+        std::vector<int32_t> states;
+        size_t clicks;
+    } cases[] = {
+        {"click", true, {Enter, Down, UpInside}, {2, 3, 2}, 1},
+        {"release on the right-bottom edge", true, {Enter, Down, UpOnEdge}, {2, 3, 2}, 1},
+        {"drag off and back", true, {Enter, Down, Leave, Enter, UpInside}, {2, 3, 2, 3, 2}, 1},
+        {"drag off and release", true, {Enter, Down, Leave, UpOutside}, {2, 3, 2, 2}, 0},
+        {"leave keeps the focused look", true, {Enter, Leave}, {2, 2}, 0},
+        {"enter", true, {Return}, {1}, 0},
+        {"plain click", false, {Enter, Down, UpInside}, {2, 3, 2}, 1},
+        {"plain drag off and release", false, {Enter, Down, Leave, UpOutside}, {2, 3, 2, 1}, 0},
+        {"plain drag back", false, {Enter, Down, Leave, Enter, UpInside}, {2, 3, 2, 3, 2}, 1},
+        {"plain leave", false, {Enter, Leave}, {2, 1}, 0},
+    };
+    for (const auto& c : cases)
+    {
+        TestRoot r;
+        r.Create(nullptr, CltRect(0, 0, 500, 400), V, 0);
+        Button* b = Add<Button>(&r, "b", CltRect(10, 10, 50, 50), c.focusable ? V | F : V, 7);
+        ASSERT_EQ(c.steps.size(), c.states.size()) << c.what;
+        for (size_t i = 0; i < c.steps.size(); ++i)
+        {
+            auto [x, y] = std::pair<int32_t, int32_t>{20, 20};
+            uint32_t message = CltMsgMouseMove;
+            switch (c.steps[i])
+            {
+            case Enter: break;
+            case Leave: x = 200, y = 200; break;
+            case Down: message = CltMsgLButtonDown; break;
+            case UpInside: message = CltMsgLButtonUp; break;
+            case UpOnEdge: message = CltMsgLButtonUp, x = 50, y = 50; break;
+            case UpOutside: message = CltMsgLButtonUp, x = 200, y = 200; break;
+            case Return: r.ActivateFocus(); break;
+            }
+            if (c.steps[i] != Return) r.HandleMessage(message, 0, At(x, y));
+            EXPECT_EQ(b->State(), c.states[i]) << c.what << " step " << i;
+        }
+        EXPECT_EQ(r.notified.size(), c.clicks) << c.what;
+        EXPECT_FALSE(b->IsPressed()) << c.what;
+    }
+}
+
+TEST_F(WidgetTree, PressingGivesTheFocusBeforeTheButtonHearsThePress)
+{
+    Button* b = Add<Button>(&root, "b", CltRect(10, 10, 50, 50), V | F, 7);
+    Take();
+    Send(CltMsgLButtonDown, 20, 20); // no move before: the press alone focuses
+    EXPECT_EQ(Take(), "sys-capture-focus b:focus+ b:down");
+    EXPECT_EQ(root.Focus(), b);
+    EXPECT_EQ(b->State(), ButtonPressed);
+}
+
+TEST_F(WidgetTree, FocusSoundsPlayOnGainAndLossAndNeverForAnEmptyPath)
+{
+    Button* b1 = Add<Button>(&root, "b1", CltRect(0, 0, 10, 10), V | F, 1);
+    Button* b2 = Add<Button>(&root, "b2", CltRect(20, 0, 30, 10), V | F, 2);
+    b1->SetSound("C:\\d\\HOVER");
+    root.SetFocusWidget(b1);
+    root.SetFocusWidget(b2); // b2 has no sound
+    root.SetFocusWidget(b2); // the focused widget hears loss and gain again
+    EXPECT_EQ(Take(), "b1:focus+ sound:C:\\d\\HOVER b1:focus- sound:C:\\d\\HOVER b2:focus+ "
+                      "b2:focus- b2:focus+");
+}
+
+TEST_F(WidgetTree, NotificationsClimbAndTakeTheIdOfTheFirstWidgetThatHasOne)
+{
+    Plain* panel = Add<Plain>(&root, "panel", CltRect(0, 0, 100, 100), V, 0xE002);
+    Plain* group = Add<Plain>(panel, "group", CltRect(0, 0, 50, 50), V, 0);
+    Plain* leaf = Add<Plain>(group, "leaf", CltRect(0, 0, 10, 10), V, 0);
+    Take();
+    leaf->Notify(0, nullptr);
+    EXPECT_EQ(Take(), "leaf:notify0 group:notify0 panel:notify57346");
+    ASSERT_EQ(root.notified.size(), 1u);
+    EXPECT_EQ(root.notified[0].first, 0xE002u);
+    EXPECT_EQ(root.notified[0].second, leaf); // the first widget asked is the source
+
+    group->handles = true;
+    leaf->Notify(5, nullptr);
+    EXPECT_EQ(Take(), "leaf:notify5 group:notify5"); // stops at the first that handles it
+    EXPECT_EQ(root.notified.size(), 1u);
+}
+
+TEST_F(WidgetTree, TicksReachEveryWidgetDepthFirst)
+{
+    Plain* a = Add<Plain>(&root, "a", CltRect(0, 0, 10, 10), V);
+    Add<Plain>(a, "a1", CltRect(0, 0, 5, 5), V);
+    Add<Plain>(a, "a2", CltRect(0, 0, 5, 5), V);
+    Add<Plain>(&root, "b", CltRect(0, 0, 10, 10), 0);
+    Take();
+    EXPECT_EQ(root.HandleMessage(CltMsgTimer, 1, 0), 1);
+    EXPECT_EQ(Take(), "a:tick a1:tick a2:tick b:tick");
+    EXPECT_EQ(root.HandleMessage(0x000F /* WM_PAINT */, 0, 0), 0);
+}
+
+TEST_F(WidgetTree, CreatingRemovingAndMovingRepaintTheirAreas)
+{
+    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
+    Plain* a1 = Add<Plain>(a, "a1", CltRect(20, 20, 30, 30), V);
+    // The root's Create, and each child's Create and AddChild, ask for the new area.
+    ASSERT_EQ(root.invalidated.size(), 5u);
+    EXPECT_EQ(root.invalidated[0], CltRect(0, 0, 500, 400));
+    EXPECT_EQ(root.invalidated[4], CltRect(20, 20, 30, 30));
+    root.invalidated.clear();
+    a1->SetRect(CltRect(30, 30, 40, 40));
+    ASSERT_EQ(root.invalidated.size(), 2u);
+    EXPECT_EQ(root.invalidated[0], CltRect(20, 20, 30, 30));
+    EXPECT_EQ(root.invalidated[1], CltRect(30, 30, 40, 40));
+    root.invalidated.clear();
+    EXPECT_FALSE(root.RemoveChild(a1)); // not a child of the root
+    EXPECT_TRUE(a->RemoveChild(a1));
+    ASSERT_EQ(root.invalidated.size(), 1u);
+    EXPECT_EQ(root.invalidated[0], CltRect(30, 30, 40, 40));
+    EXPECT_EQ(a->FirstChild(), nullptr);
+    EXPECT_EQ(a->LastChild(), nullptr);
+}
+
+TEST_F(WidgetTree, CreateRefusesWidgetsOutsideATree)
+{
+    CltWidget loose;
+    EXPECT_EQ(loose.Create(nullptr, CltRect(0, 0, 1, 1), V, 0), nullptr); // not a root
+    CltWidget orphan;
+    EXPECT_EQ(orphan.Create(&loose, CltRect(0, 0, 1, 1), V, 0), nullptr); // parent has no host
+    CltWidget twice;
+    EXPECT_EQ(twice.Create(&root, CltRect(0, 0, 1, 1), V, 0), &twice);
+    EXPECT_EQ(twice.Host(), &root);
+    EXPECT_EQ(twice.Create(&root, CltRect(0, 0, 1, 1), V, 0), nullptr); // attached already
+}
+
+TEST_F(WidgetTree, DestroyedWidgetsLeaveNoFocusHoverOrCapture)
+{
+    Plain* panel = Add<Plain>(&root, "panel", CltRect(0, 0, 100, 100), V);
+    Button* b = Add<Button>(panel, "b", CltRect(10, 10, 50, 50), V | F, 7);
+    Send(CltMsgLButtonDown, 20, 20);
+    ASSERT_EQ(root.Focus(), b);
+    ASSERT_EQ(root.GetCapture(), b);
+    root.RemoveChild(panel);
+    EXPECT_EQ(root.Focus(), nullptr);
+    EXPECT_EQ(root.FocusId(), 0u);
+    EXPECT_EQ(root.Hover(), nullptr);
+    EXPECT_FALSE(root.HasCapture());
+    Take();
+    Send(CltMsgMouseMove, 25, 25);
+    Send(CltMsgLButtonUp, 25, 25);
+    EXPECT_EQ(Take(), "sys-release");
+}
+
+// The dangerous case: the command of a click removes the clicked button and its siblings
+// (a page change). Nothing may touch the button afterwards; ASan reports any access.
+Plain* g_page = nullptr;
+TEST_F(WidgetTree, AClickWhoseCommandDestroysTheButtonIsSafe)
+{
+    g_page = Add<Plain>(&root, "page", CltRect(0, 0, 400, 300), V, 0xE002);
+    Button* b1 = Add<Button>(g_page, "b1", CltRect(10, 10, 50, 50), V | F, 101);
+    Add<Button>(g_page, "b2", CltRect(10, 60, 50, 100), V | F, 102);
+    b1->SetSound("H");
+    root.onCommand = [](uint32_t id)
+    {
+        if (id != 101) return;
+        while (g_page->FirstChild())
+            g_page->RemoveChild(g_page->FirstChild());
+    };
+    Send(CltMsgMouseMove, 20, 20);
+    Send(CltMsgLButtonDown, 20, 20);
+    Take();
+    Send(CltMsgLButtonUp, 20, 20);
+    EXPECT_EQ(Take(), "sys-release b1:up b1:notify101 page:notify101 b1:gone b2:gone");
+    ASSERT_EQ(root.notified.size(), 1u);
+    EXPECT_EQ(root.Focus(), nullptr);
+    EXPECT_EQ(root.Hover(), nullptr);
+    Send(CltMsgMouseMove, 21, 21);
+    Send(CltMsgKeyDown, 0, 0, CltKeyReturn);
+    EXPECT_EQ(Take(), "page:enter"); // the page under the pointer; no focus to activate
+
+    // The same by the keyboard.
+    Button* b3 = Add<Button>(g_page, "b3", CltRect(10, 10, 50, 50), V | F, 101);
+    root.SetFocusWidget(b3);
+    Take();
+    Send(CltMsgKeyDown, 0, 0, CltKeyReturn);
+    EXPECT_EQ(Take(), "b3:notify101 page:notify101 b3:gone");
+    EXPECT_EQ(root.Focus(), nullptr);
+}
+
+TEST_F(WidgetTree, DraggingAPanelMovesTheWindowByThePointersOffset)
+{
+    Probe<CltDragPanel>* panel = Add<Probe<CltDragPanel>>(&root, "p", CltRect(0, 0, 500, 400), V);
+    Send(CltMsgLButtonDown, 50, 50);
+    EXPECT_EQ(Take(), "sys-capture-focus p:down"); // not draggable: nothing more
+    Send(CltMsgLButtonUp, 50, 50);
+    Take();
+
+    panel->SetDraggable(true);
+    Send(CltMsgLButtonDown, 50, 50);
+    EXPECT_EQ(Take(), "sys-capture-focus p:down sys-capture");
+    EXPECT_TRUE(panel->IsDragging());
+    Send(CltMsgMouseMove, 60, 45);
+    EXPECT_EQ(Take(), "p:move move:110,95 p:enter"); // the capturing panel hears its enter
+    EXPECT_EQ(root.window, CltRect(110, 95, 610, 495));
+    Send(CltMsgLButtonUp, 60, 45);
+    EXPECT_EQ(Take(), "sys-release p:up sys-release");
+    EXPECT_FALSE(panel->IsDragging());
+    Send(CltMsgMouseMove, 90, 90);
+    EXPECT_EQ(Take(), "p:enter"); // release forgot the hover; the window stays
+}
+
+TEST_F(WidgetTree, DestroyingTheRootDestroysTheTreeFirstToLast)
+{
+    {
+        TestRoot r;
+        r.Create(nullptr, CltRect(0, 0, 10, 10), V, 0);
+        Plain* a = Add<Plain>(&r, "a", CltRect(0, 0, 5, 5), V);
+        Add<Plain>(a, "a1", CltRect(0, 0, 5, 5), V);
+        Add<Plain>(&r, "b", CltRect(0, 0, 5, 5), V);
+        Button* f = Add<Button>(&r, "f", CltRect(0, 0, 5, 5), V | F, 1);
+        r.SetFocusWidget(f);
+        g_log.clear();
+    }
+    EXPECT_EQ(Joined(), "a:gone a1:gone b:gone f:gone");
+}
+} // namespace
