@@ -1,0 +1,498 @@
+// The window base and the widgets' drawing against the real system: class names and
+// message routing of CltWindow; text buttons, image buttons and the caption bar painted
+// into a canvas and compared byte for byte with values computed from the formulas; and
+// the handles a tree leaves behind after it is built, painted and destroyed many times.
+// The painted states are also saved as pictures for the comparison with golden images.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "FrameWork/_cult/Source/clt_CaptionBar.h"
+#include "FrameWork/_cult/Source/clt_Canvas.h"
+#include "FrameWork/_cult/Source/clt_ImageButton.h"
+#include "FrameWork/_cult/Source/clt_ImagePanel.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_TextButton.h"
+#include "FrameWork/_cult/Source/clt_Window.h"
+#include "FrameWork/_cult/Source/clt_WindowRoot.h"
+#include "harness/wine_Harness.h"
+
+namespace
+{
+const uint32_t V = CltWidgetVisible, F = CltWidgetFocusable;
+
+HINSTANCE Instance()
+{
+    HINSTANCE instance = GetModuleHandleA(nullptr);
+    clt_GetState()->m_hInstance = instance;
+    return instance;
+}
+
+// ---- window base -----------------------------------------------------------------------
+
+class RecordingWindow : public CltWindow
+{
+  public:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        messages.push_back(message);
+        if (message == WM_NCCREATE) handleAtCreate = m_hWnd;
+        return CltWindow::WindowProc(message, wParam, lParam);
+    }
+    LRESULT DrawItem(DRAWITEMSTRUCT*) override { return 42; }
+    std::vector<UINT> messages;
+    HWND handleAtCreate = nullptr;
+};
+
+TEST(CltWindow, ClassNamesAreGeneratedAndRegisteredOnce)
+{
+    unsigned instance = unsigned(uintptr_t(Instance()));
+    HCURSOR arrow = LoadCursorA(nullptr, IDC_ARROW);
+    char expected[128];
+    CltString a, b;
+    EXPECT_TRUE(clt_RegisterWindowClass(a, 0x2B, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(clt_RegisterWindowClass(b, 0x2B, nullptr, nullptr, nullptr));
+    sprintf(expected, "CltWin:%x:2b", instance);
+    EXPECT_STREQ(a.c_str(), expected);
+    EXPECT_STREQ(b.c_str(), expected);
+    CltString c;
+    EXPECT_TRUE(clt_RegisterWindowClass(c, CS_DBLCLKS, arrow, nullptr, nullptr));
+    sprintf(expected, "CltWin:%x:8:%x:0:0", instance, unsigned(uintptr_t(arrow)));
+    EXPECT_STREQ(c.c_str(), expected);
+    WNDCLASSA wc;
+    ASSERT_TRUE(GetClassInfoA(Instance(), c.c_str(), &wc));
+    EXPECT_EQ(wc.lpfnWndProc, clt_WindowProc);
+    EXPECT_EQ(wc.style, UINT(CS_DBLCLKS));
+    EXPECT_EQ(wc.cbClsExtra, 0);
+    EXPECT_EQ(wc.cbWndExtra, 0);
+}
+
+TEST(CltWindow, MessagesReachTheObjectFromNcCreateUntilDestroy)
+{
+    Instance();
+    CltString cls;
+    ASSERT_TRUE(clt_RegisterWindowClass(cls, CS_DBLCLKS, nullptr, nullptr, nullptr));
+    RecordingWindow w;
+    ASSERT_TRUE(w.Create(nullptr, WS_POPUP | WS_SYSMENU, 0, cls.c_str()));
+    HWND hwnd = w.Handle();
+    ASSERT_NE(hwnd, nullptr);
+    EXPECT_EQ(w.handleAtCreate, hwnd);
+    ASSERT_FALSE(w.messages.empty());
+    EXPECT_EQ(w.messages[0], UINT(WM_NCCREATE)); // WM_GETMINMAXINFO before it is not ours
+    EXPECT_TRUE(IsWindowVisible(hwnd));
+    EXPECT_EQ(clt_WindowFromHandle(hwnd), &w);
+    DestroyWindow(hwnd);
+    EXPECT_EQ(w.Handle(), nullptr);
+    EXPECT_EQ(w.WindowProc(WM_USER, 0, 0), 0);
+
+    RecordingWindow unused;
+    EXPECT_FALSE(unused.Create(nullptr, WS_POPUP, 0, "NoSuchClass"));
+    EXPECT_EQ(unused.Handle(), nullptr);
+}
+
+TEST(CltWindow, DrawItemGoesToTheChildsObject)
+{
+    Instance();
+    CltString cls;
+    ASSERT_TRUE(clt_RegisterWindowClass(cls, 0, nullptr, nullptr, nullptr));
+    RecordingWindow parent, child;
+    ASSERT_TRUE(parent.Create(nullptr, WS_POPUP, 0, cls.c_str()));
+    ASSERT_TRUE(child.Create(&parent, WS_CHILD, 0, cls.c_str()));
+    HWND plain = CreateWindowA("STATIC", "", WS_CHILD, 0, 0, 1, 1, parent.Handle(), nullptr,
+                               nullptr, nullptr);
+    DRAWITEMSTRUCT item = {};
+    item.hwndItem = child.Handle();
+    parent.messages.clear();
+    EXPECT_EQ(SendMessageA(parent.Handle(), WM_DRAWITEM, 0, LPARAM(&item)), 42);
+    EXPECT_TRUE(parent.messages.empty());
+    item.hwndItem = plain; // no object: an ordinary message of the parent
+    SendMessageA(parent.Handle(), WM_DRAWITEM, 0, LPARAM(&item));
+    ASSERT_EQ(parent.messages.size(), 1u);
+    EXPECT_EQ(parent.messages[0], UINT(WM_DRAWITEM));
+    DestroyWindow(parent.Handle());
+}
+
+// ---- pixels ----------------------------------------------------------------------------
+
+uint32_t Pixel(const CltImage& image, int32_t x, int32_t y)
+{
+    uint32_t v;
+    memcpy(&v, image.PixelAddress(x, y), 4);
+    return v;
+}
+
+void SetPixel32(CltImage& image, int32_t x, int32_t y, uint32_t v)
+{
+    memcpy(image.PixelAddress(x, y), &v, 4);
+}
+
+// A state image: a colour ramp whose alpha runs from 0 at the left to 255 at the right.
+void MakeStateImage(CltImage& image, uint32_t base)
+{
+    ASSERT_TRUE(image.Create(g_pfArgb32, 200, 47, OriginTopLeft));
+    for (int32_t y = 0; y < 47; ++y)
+        for (int32_t x = 0; x < 200; ++x)
+        {
+            uint32_t alpha = uint32_t(x * 255 / 199);
+            SetPixel32(image, x, y, (alpha << 24) | ((base + uint32_t(y * 3)) & 0xFFFFFF));
+        }
+}
+
+uint8_t Channel(uint32_t v, int i)
+{
+    return uint8_t(v >> (8 * i));
+}
+
+HFONT MakeFont(const char* face, LONG height)
+{
+    LOGFONTA lf = {};
+    lf.lfHeight = height;
+    lf.lfWeight = 400;
+    lf.lfQuality = ANTIALIASED_QUALITY;
+    lf.lfCharSet = DEFAULT_CHARSET;
+    strcpy(lf.lfFaceName, face);
+    return CreateFontIndirectA(&lf);
+}
+
+// Writes the canvas area as a 24-bit BMP for the golden-image comparison.
+void SaveBmp(const CltImage& image, const CltRect& r, const std::string& name)
+{
+    std::string folder = harness::Join(harness::ExeFolder(), "widget-shots");
+    harness::MakeFolders(folder);
+    int32_t w = r.Width(), h = r.Height();
+    uint32_t rowBytes = (uint32_t(w) * 3 + 3) & ~3u;
+    BITMAPFILEHEADER file = {0x4D42, 54 + rowBytes * h, 0, 0, 54};
+    BITMAPINFOHEADER info = {40, w, h, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    FILE* f = fopen(harness::Join(folder, name).c_str(), "wb");
+    ASSERT_NE(f, nullptr);
+    fwrite(&file, sizeof file, 1, f);
+    fwrite(&info, sizeof info, 1, f);
+    std::vector<uint8_t> row(rowBytes, 0);
+    for (int32_t y = r.bottom - 1; y >= r.top; --y)
+    {
+        for (int32_t x = 0; x < w; ++x)
+            memcpy(&row[size_t(x) * 3], image.PixelAddress(r.left + x, y), 3);
+        fwrite(row.data(), 1, row.size(), f);
+    }
+    fclose(f);
+}
+
+constexpr uint32_t kBackground = 0x203040;
+
+// A root without a window, a background panel of one colour, and the paint of a part of it.
+class PaintedTree : public ::testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        Instance();
+        root.Create(nullptr, CltRect(0, 0, 500, 400), V, 0);
+        ASSERT_TRUE(background.Create(500, 400, OriginTopLeft));
+        CltDibImage& image = *background.Image();
+        for (int32_t y = 0; y < 400; ++y)
+            for (int32_t x = 0; x < 500; ++x)
+                SetPixel32(image, x, y, 0xFF000000 | kBackground);
+        panel = static_cast<CltImagePanel*>(
+            root.CreateChild(g_ImagePanelFactory, CltRect(0, 0, 500, 400), V, 0xE002));
+        ASSERT_NE(panel, nullptr);
+        panel->SetImage(background, 0, 0);
+    }
+    // Paints the area into a fresh canvas.
+    void Paint(const CltRect& area)
+    {
+        canvas = std::make_unique<CltCanvas>();
+        HDC screen = GetDC(nullptr);
+        ASSERT_TRUE(canvas->Create(area, screen));
+        ReleaseDC(nullptr, screen);
+        root.PaintTree(*canvas, area);
+        GdiFlush();
+    }
+    // The canvas pixel at window coordinates (x, y).
+    uint32_t At(int32_t x, int32_t y) const
+    {
+        const CltRect& o = canvas->Origin();
+        return Pixel(*canvas->Pixels(), x - o.left, y - o.top) & 0xFFFFFF;
+    }
+    CltRootWidget root;
+    CltImageRef background;
+    CltImagePanel* panel = nullptr;
+    std::unique_ptr<CltCanvas> canvas;
+};
+
+TEST_F(PaintedTree, TextButtonStatesFollowTheBlendFormulas)
+{
+    HFONT font = MakeFont("Arial", -30);
+    CltImage normal, pressed, highlighted;
+    MakeStateImage(normal, 0x102030);
+    MakeStateImage(pressed, 0x603010);
+    MakeStateImage(highlighted, 0x305060);
+    auto* button = static_cast<CltTextButton*>(
+        panel->CreateChild(g_TextButtonFactory, CltRect(194, 200, 0, 0), V | F, 101));
+    ASSERT_NE(button, nullptr);
+    button->SetContent(font, "Install", &normal, &pressed, &highlighted);
+    EXPECT_EQ(button->Rect(), CltRect(194, 200, 394, 247));
+    const CltImage& mask = button->TextMask();
+    ASSERT_EQ(mask.m_nWidth, 180);
+    ASSERT_EQ(mask.m_nHeight, 27);
+    int covered = 0;
+    for (int32_t y = 0; y < 27; ++y)
+        for (int32_t x = 0; x < 180; ++x)
+            covered += *mask.PixelAddress(x, y) != 0;
+    EXPECT_GT(covered, 150); // the label was drawn
+
+    struct
+    {
+        const char* name;
+        const CltImage* image;
+        uint32_t colour;
+    } states[] = {
+        {"text_normal.bmp", &normal, 0x3C78C8},
+        {"text_highlighted.bmp", &highlighted, 0xAAAAAA},
+        {"text_pressed.bmp", &pressed, 0xFFFFFF},
+    };
+    // Canvas areas that do not start at the window's origin: the blits must subtract it.
+    const CltRect area(150, 190, 450, 260);
+    for (int s = 0; s < 3; ++s)
+    {
+        if (s == 1) root.SetFocusWidget(button);
+        if (s == 2) button->OnLButtonDown(0, 200, 210);
+        ASSERT_EQ(button->State(), s + 1);
+        Paint(area);
+        for (int32_t y = area.top; y < area.bottom; ++y)
+            for (int32_t x = area.left; x < area.right; ++x)
+            {
+                uint32_t expected = kBackground;
+                int32_t bx = x - 194, by = y - 200;
+                if (bx >= 0 && bx < 200 && by >= 0 && by < 47)
+                {
+                    uint32_t src = Pixel(*states[s].image, bx, by), a = src >> 24, out = 0;
+                    for (int i = 0; i < 3; ++i)
+                    {
+                        uint32_t c = a ? (Channel(src, i) * a + Channel(expected, i) * (255 - a)) >> 8
+                                       : Channel(expected, i);
+                        out |= c << (8 * i);
+                    }
+                    expected = out;
+                    int32_t mx = bx - 11, my = by - 8; // label at (10 + 1, 10 - 2)
+                    if (mx >= 0 && mx < 180 && my >= 0 && my < 27)
+                        if (uint32_t m = *mask.PixelAddress(mx, my))
+                        {
+                            out = 0;
+                            for (int i = 0; i < 3; ++i)
+                            {
+                                uint32_t tint = (Channel(states[s].colour, i) * 255) >> 8;
+                                out |= ((Channel(expected, i) * (255 - m) + tint * m) >> 8) << (8 * i);
+                            }
+                            expected = out;
+                        }
+                }
+                ASSERT_EQ(At(x, y), expected) << states[s].name << " at " << x << "," << y;
+            }
+        SaveBmp(*canvas->Pixels(), CltRect(194 - 150, 200 - 190, 394 - 150, 247 - 190),
+                states[s].name);
+    }
+    root.RemoveChild(panel);
+    DeleteObject(font);
+}
+
+TEST_F(PaintedTree, ImageButtonLeavesOutEveryKeyColouredPixel)
+{
+    const uint32_t key = 0xFFFF00FF, face = 0xFF40C040;
+    CltImageRef picture;
+    ASSERT_TRUE(picture.Create(29, 23, OriginTopLeft));
+    CltDibImage& image = *picture.Image();
+    for (int32_t y = 0; y < 23; ++y)
+        for (int32_t x = 0; x < 29; ++x)
+        {
+            bool edge = x < 2 || y < 2 || x > 26 || y > 20;
+            bool hole = (x - 14) * (x - 14) + (y - 11) * (y - 11) < 16; // magenta inside
+            SetPixel32(image, x, y, edge || hole ? key : face + uint32_t(x));
+        }
+    auto* button = static_cast<CltImageButton*>(
+        panel->CreateChild(g_ImageButtonFactory, CltRect(), V, 0xE000));
+    ASSERT_NE(button, nullptr);
+    button->SetImage(picture, CltCell(), CltCell(), CltCell());
+    button->MoveTo(465, 0);
+    EXPECT_EQ(button->Rect(), CltRect(465, 0, 494, 23));
+    Paint(CltRect(460, 0, 500, 30));
+    for (int32_t y = 0; y < 30; ++y)
+        for (int32_t x = 460; x < 500; ++x)
+        {
+            uint32_t expected = kBackground;
+            if (x >= 465 && x < 494 && y < 23)
+            {
+                uint32_t src = Pixel(image, x - 465, y);
+                if (src != key) expected = src & 0xFFFFFF;
+            }
+            ASSERT_EQ(At(x, y), expected) << x << "," << y;
+        }
+    SaveBmp(*canvas->Pixels(), CltRect(0, 0, 40, 30), "image_button.bmp");
+}
+
+TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
+{
+    HFONT font = MakeFont("Arial Bold", -15);
+    CltImageRef caption;
+    ASSERT_TRUE(caption.Create(500, 30, OriginTopLeft));
+    for (int32_t y = 0; y < 30; ++y)
+        for (int32_t x = 0; x < 500; ++x)
+            SetPixel32(*caption.Image(), x, y, 0xFF000000 | uint32_t(0x101010 * (y / 3)));
+    auto* bar = static_cast<CltCaptionBar*>(
+        panel->CreateChild(g_CaptionBarFactory, CltRect(0, 0, 500, 30), V, 0xE003));
+    ASSERT_NE(bar, nullptr);
+    const char* title = "Tarn - Install";
+    bar->SetContent(caption, title, font);
+    Paint(CltRect(0, 0, 500, 40));
+
+    // The same text put on the same picture with TextOut at (25, 6).
+    CltImageRef reference;
+    ASSERT_TRUE(reference.Create(500, 30, OriginTopLeft));
+    BitBlt(reference.Context(), 0, 0, 500, 30, caption.Context(), 0, 0, SRCCOPY);
+    HGDIOBJ old = SelectObject(reference.Context(), font);
+    SetBkMode(reference.Context(), TRANSPARENT);
+    SetTextColor(reference.Context(), RGB(60, 120, 200));
+    TextOutA(reference.Context(), 25, 6, title, int(strlen(title)));
+    SelectObject(reference.Context(), old);
+    GdiFlush();
+    int changed = 0, left = 500, top = 30;
+    for (int32_t y = 0; y < 40; ++y)
+        for (int32_t x = 0; x < 500; ++x)
+        {
+            uint32_t expected = y < 30 ? Pixel(*reference.Image(), x, y) & 0xFFFFFF : kBackground;
+            ASSERT_EQ(At(x, y), expected) << x << "," << y;
+            if (y < 30 && expected != (Pixel(*caption.Image(), x, y) & 0xFFFFFF))
+            {
+                ++changed;
+                left = std::min(left, x);
+                top = std::min(top, y);
+            }
+        }
+    EXPECT_GT(changed, 100);
+    EXPECT_GE(left, 25);
+    EXPECT_LE(left, 27); // the first glyph's side bearing
+    EXPECT_GE(top, 6);
+    SaveBmp(*canvas->Pixels(), CltRect(0, 0, 200, 30), "caption.bmp");
+
+    // An empty title draws the picture alone.
+    bar->SetContent(caption, "", font);
+    Paint(CltRect(0, 0, 500, 30));
+    for (int32_t x = 0; x < 500; ++x)
+        ASSERT_EQ(At(x, 12), Pixel(*caption.Image(), x, 12) & 0xFFFFFF) << x;
+    DeleteObject(font);
+}
+
+TEST_F(PaintedTree, MissingImagesDrawNothing)
+{
+    CltImageRef none;
+    EXPECT_FALSE(none.LoadFile("Z:\\no\\such\\file.tga"));
+    EXPECT_TRUE(none.IsEmpty());
+    auto* button = static_cast<CltImageButton*>(
+        panel->CreateChild(g_ImageButtonFactory, CltRect(), V, 0xE000));
+    button->SetImage(none, CltCell(), CltCell(), CltCell());
+    button->MoveTo(465, 0);
+    auto* text = static_cast<CltTextButton*>(
+        panel->CreateChild(g_TextButtonFactory, CltRect(194, 200, 0, 0), V | F, 101));
+    text->SetContent(nullptr, "Play", nullptr, nullptr, nullptr);
+    auto* bar = static_cast<CltCaptionBar*>(
+        panel->CreateChild(g_CaptionBarFactory, CltRect(0, 0, 500, 30), V, 0xE003));
+    bar->SetContent(none, "", nullptr);
+    Paint(CltRect(0, 0, 500, 400));
+    for (int32_t y = 0; y < 400; y += 7)
+        for (int32_t x = 0; x < 500; x += 7)
+            ASSERT_EQ(At(x, y), kBackground) << x << "," << y;
+}
+
+// ---- handles ---------------------------------------------------------------------------
+
+// GDI objects of this process. Wine answers GetGuiResources with 0, so the handle table
+// is probed by its 16-bit handle values instead (which both systems accept).
+int CountGdiObjects()
+{
+    if (DWORD n = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return int(n);
+    int n = 0;
+    for (uintptr_t h = 1; h < 0x10000; ++h)
+        n += GetObjectType(reinterpret_cast<HGDIOBJ>(h)) != 0;
+    return n;
+}
+
+int CountThreadWindows()
+{
+    int n = 0;
+    EnumThreadWindows(GetCurrentThreadId(), [](HWND, LPARAM p) -> BOOL { return ++*reinterpret_cast<int*>(p), TRUE; },
+                      LPARAM(&n));
+    return n;
+}
+
+class TreeWindow : public CltWindow
+{
+  public:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (root) root->HandleMessage(message, wParam, lParam);
+        return CltWindow::WindowProc(message, wParam, lParam);
+    }
+    CltWindowRoot* root = nullptr;
+};
+
+// One window (destroying a shown window takes Wine seconds without a window manager), and
+// in it a whole tree built, attached, painted and destroyed a thousand times.
+TEST(WidgetHandles, BuildingPaintingAndDestroyingATreeLeavesNoObjects)
+{
+    Instance();
+    CltString cls;
+    ASSERT_TRUE(clt_RegisterWindowClass(cls, CS_DBLCLKS, nullptr, nullptr, nullptr));
+    HFONT font = MakeFont("Arial", -30);
+    CltImage state;
+    MakeStateImage(state, 0x102030);
+    TreeWindow window;
+    ASSERT_TRUE(window.Create(nullptr, WS_POPUP, 0, cls.c_str()));
+    auto buildPaintDestroy = [&]
+    {
+        auto* root = new CltWindowRoot;
+        root->Create(nullptr, CltRect(0, 0, 500, 400), V, 0);
+        root->Attach(window.Handle());
+        window.root = root;
+        CltImageRef picture;
+        EXPECT_TRUE(picture.Create(29, 23, OriginTopLeft));
+        auto* panel = static_cast<CltImagePanel*>(
+            root->CreateChild(g_ImagePanelFactory, CltRect(0, 0, 500, 400), V, 0xE002));
+        panel->SetImage(picture, 0, 0);
+        auto* bar = static_cast<CltCaptionBar*>(
+            panel->CreateChild(g_CaptionBarFactory, CltRect(0, 0, 500, 30), V, 0xE003));
+        bar->SetContent(picture, "Title", font);
+        for (uint32_t id : {0xE001u, 0xE000u})
+        {
+            auto* b = static_cast<CltImageButton*>(
+                bar->CreateChild(g_ImageButtonFactory, CltRect(), V, id));
+            b->SetImage(picture, CltCell(), CltCell(), CltCell());
+            b->MoveTo(id == 0xE000 ? 465 : 436, 0);
+        }
+        for (uint32_t k = 0; k < 3; ++k)
+        {
+            auto* b = static_cast<CltTextButton*>(panel->CreateChild(
+                g_TextButtonFactory, CltRect(194, 200 + 47 * int32_t(k), 0, 0), V | F, 101 + k));
+            b->SetContent(font, "Label", &state, &state, &state);
+        }
+        {
+            CltCanvas canvas;
+            HDC dc = GetDC(window.Handle());
+            EXPECT_TRUE(canvas.Create(CltRect(0, 0, 500, 400), dc));
+            root->PaintTree(canvas, CltRect(0, 0, 500, 400));
+            ReleaseDC(window.Handle(), dc);
+        }
+        window.root = nullptr;
+        delete root;
+    };
+    buildPaintDestroy(); // the system keeps a few objects of its own after the first paint
+    int gdiBefore = CountGdiObjects(), windowsBefore = CountThreadWindows();
+    for (int i = 0; i < 1000; ++i)
+        buildPaintDestroy();
+    EXPECT_EQ(CountGdiObjects(), gdiBefore);
+    EXPECT_EQ(CountThreadWindows(), windowsBefore);
+    DestroyWindow(window.Handle());
+    DeleteObject(font);
+}
+} // namespace
