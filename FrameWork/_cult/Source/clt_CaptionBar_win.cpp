@@ -16,8 +16,8 @@ void CltCaptionBar::Paint(CltCanvas& canvas, const CltRect&)
 {
     HDC dc = canvas.Context();
     if (!m_Image.IsEmpty())
-        BitBlt(dc, m_Rect.left, m_Rect.top, m_Rect.Width(), m_Rect.Height(), m_Image.Context(), 0, 0,
-               SRCCOPY);
+        BitBlt(dc, m_Rect.left, m_Rect.top, m_Rect.Width(), m_Rect.Height(), m_Image.Context(), 0,
+               0, SRCCOPY);
 
     // The title's own size, measured on the desktop's context, placed at (25, 6).
     HWND desktop = GetDesktopWindow();

@@ -21,7 +21,8 @@ void CltImageButton::SetImage(const CltImageRef& image, CltCell normal, CltCell 
 void CltImageButton::MoveTo(int32_t x, int32_t y)
 {
     CltRect r;
-    if (CltDibImage* image = m_Image.Image()) r = image->GetFrameRect(m_Cells[0].column, m_Cells[0].row);
+    if (CltDibImage* image = m_Image.Image())
+        r = image->GetFrameRect(m_Cells[0].column, m_Cells[0].row);
     r.Offset(x - r.left, y - r.top);
     m_ImageRect = r;
     SetRect(r);

@@ -271,8 +271,9 @@ TEST_F(PaintedTree, TextButtonStatesFollowTheBlendFormulas)
                     uint32_t src = Pixel(*states[s].image, bx, by), a = src >> 24, out = 0;
                     for (int i = 0; i < 3; ++i)
                     {
-                        uint32_t c = a ? (Channel(src, i) * a + Channel(expected, i) * (255 - a)) >> 8
-                                       : Channel(expected, i);
+                        uint32_t c =
+                            a ? (Channel(src, i) * a + Channel(expected, i) * (255 - a)) >> 8
+                              : Channel(expected, i);
                         out |= c << (8 * i);
                     }
                     expected = out;
@@ -284,7 +285,8 @@ TEST_F(PaintedTree, TextButtonStatesFollowTheBlendFormulas)
                             for (int i = 0; i < 3; ++i)
                             {
                                 uint32_t tint = (Channel(states[s].colour, i) * 255) >> 8;
-                                out |= ((Channel(expected, i) * (255 - m) + tint * m) >> 8) << (8 * i);
+                                out |= ((Channel(expected, i) * (255 - m) + tint * m) >> 8)
+                                       << (8 * i);
                             }
                             expected = out;
                         }
@@ -418,11 +420,16 @@ int CountGdiObjects()
     return n;
 }
 
+BOOL CALLBACK CountWindow(HWND, LPARAM count)
+{
+    ++*reinterpret_cast<int*>(count);
+    return TRUE;
+}
+
 int CountThreadWindows()
 {
     int n = 0;
-    EnumThreadWindows(GetCurrentThreadId(), [](HWND, LPARAM p) -> BOOL { return ++*reinterpret_cast<int*>(p), TRUE; },
-                      LPARAM(&n));
+    EnumThreadWindows(GetCurrentThreadId(), CountWindow, LPARAM(&n));
     return n;
 }
 

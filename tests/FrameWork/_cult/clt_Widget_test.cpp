@@ -29,7 +29,10 @@ class TestRoot : public CltRootWidget
     void CaptureSystemPointer() override { g_log.push_back("sys-capture"); }
     void ReleaseSystemPointer() override { g_log.push_back("sys-release"); }
     bool IsShiftDown() const override { return shift; }
-    void PlayFocusSound(const char* path) override { g_log.push_back(std::string("sound:") + path); }
+    void PlayFocusSound(const char* path) override
+    {
+        g_log.push_back(std::string("sound:") + path);
+    }
     bool GetWindowRect(CltRect& r) const override
     {
         r = window;
@@ -162,9 +165,9 @@ TEST_F(WidgetTree, HitTestPrefersEarlierSiblingsAndCountsEdges)
         int32_t x, y;
         const char* hit;
     } cases[] = {
-        {10, 10, "a"},  {50, 50, "a"},      {45, 45, "a"}, {51, 51, "b"},  {80, 80, "b"},
-        {25, 25, "a1"}, {30, 30, "a1"},     {31, 30, "a"}, {5, 5, "root"}, {500, 400, "root"},
-        {501, 0, ""},   {-1, 0, ""},        {92, 92, "hidden"},
+        {10, 10, "a"},  {50, 50, "a"},  {45, 45, "a"},      {51, 51, "b"},  {80, 80, "b"},
+        {25, 25, "a1"}, {30, 30, "a1"}, {31, 30, "a"},      {5, 5, "root"}, {500, 400, "root"},
+        {501, 0, ""},   {-1, 0, ""},    {92, 92, "hidden"},
     };
     for (const auto& c : cases)
     {
@@ -257,7 +260,7 @@ TEST_F(WidgetTree, PointerTrackingAnnouncesEnterAndLeaveOnlyOnChange)
         const char* log;
     } steps[] = {
         {20, 20, "a:enter"},
-        {20, 20, ""}, // same position: nothing
+        {20, 20, ""},        // same position: nothing
         {21, 20, "a:enter"}, // same widget without the focus: entered again
         {70, 20, "a:leave b:enter"},
         {200, 200, "b:leave"}, // onto the bare root, which has no handler

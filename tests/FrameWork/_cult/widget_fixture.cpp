@@ -108,8 +108,9 @@ struct Skin
             {
                 bool plate = x >= 3 && x <= 21 && y >= 3 && y <= 19 &&
                              !((x == 3 || x == 21) && (y == 3 || y == 19));
-                bool mark = cross ? (x >= 7 && x <= 17 && (x - y == 1 || x - y == 0 || x + y == 23 ||
-                                                          x + y == 24) && y >= 7 && y <= 17)
+                bool mark = cross ? (x >= 7 && x <= 17 &&
+                                     (x - y == 1 || x - y == 0 || x + y == 23 || x + y == 24) &&
+                                     y >= 7 && y <= 17)
                                   : (y >= 14 && y <= 15 && x >= 7 && x <= 17);
                 Put(image, x, y, !plate ? kKey : mark ? 0xFFE6EEF8 : 0xFF34506E);
             }
@@ -134,17 +135,17 @@ class FixtureWindow : public CltWindow
         auto* panel = static_cast<CltImagePanel*>(m_pRoot->CreateChild(
             g_ImagePanelFactory, CltRect(0, 0, kWidth, kHeight), CltWidgetVisible, 0xE002));
         panel->SetImage(m_Skin.background, 0, 0);
-        auto* bar = static_cast<CltCaptionBar*>(
-            panel->CreateChild(g_CaptionBarFactory, CltRect(0, 0, 500, 30), CltWidgetVisible, 0xE003));
+        auto* bar = static_cast<CltCaptionBar*>(panel->CreateChild(
+            g_CaptionBarFactory, CltRect(0, 0, 500, 30), CltWidgetVisible, 0xE003));
         bar->SetContent(m_Skin.caption, "Widget fixture", captionFont);
         m_pMinimise = AddTitleButton(bar, 0xE001, m_Skin.minimise, 436);
         m_pClose = AddTitleButton(bar, 0xE000, m_Skin.close, 465);
         const char* labels[3] = {"Install", "Help", "Quit"};
         for (uint32_t i = 0; i < 3; ++i)
         {
-            m_pButtons[i] = static_cast<CltTextButton*>(panel->CreateChild(
-                g_TextButtonFactory, CltRect(194, 100 + 47 * int32_t(i), 0, 0),
-                CltWidgetVisible | CltWidgetFocusable, 101 + i));
+            m_pButtons[i] = static_cast<CltTextButton*>(
+                panel->CreateChild(g_TextButtonFactory, CltRect(194, 100 + 47 * int32_t(i), 0, 0),
+                                   CltWidgetVisible | CltWidgetFocusable, 101 + i));
             m_pButtons[i]->SetContent(buttonFont, labels[i], &m_Skin.faces[0], &m_Skin.faces[2],
                                       &m_Skin.faces[1]);
         }
@@ -152,7 +153,8 @@ class FixtureWindow : public CltWindow
         HWND desktop = GetDesktopWindow();
         RECT d;
         GetClientRect(desktop, &d);
-        MoveWindow(m_hWnd, (d.right - kWidth) >> 1, (d.bottom - kHeight) >> 1, kWidth, kHeight, TRUE);
+        MoveWindow(m_hWnd, (d.right - kWidth) >> 1, (d.bottom - kHeight) >> 1, kWidth, kHeight,
+                   TRUE);
         return true;
     }
 
