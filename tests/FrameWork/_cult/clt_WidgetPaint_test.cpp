@@ -503,3 +503,69 @@ TEST(WidgetHandles, BuildingPaintingAndDestroyingATreeLeavesNoObjects)
     DeleteObject(font);
 }
 } // namespace
+
+namespace
+{
+class TickCounter : public CltWidget
+{
+  public:
+    void OnTick() override { ++ticks; }
+    int ticks = 0;
+};
+
+class CommandWindow : public TreeWindow
+{
+  public:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_COMMAND) commands.push_back({wParam, lParam});
+        return TreeWindow::WindowProc(message, wParam, lParam);
+    }
+    std::vector<std::pair<WPARAM, LPARAM>> commands;
+};
+
+TEST(CltWindowRoot, TicksEveryFiftyMillisecondsSendsCommandsAndAsksForRepaints)
+{
+    Instance();
+    CltString cls;
+    ASSERT_TRUE(clt_RegisterWindowClass(cls, 0, nullptr, nullptr, nullptr));
+    CommandWindow window;
+    ASSERT_TRUE(window.Create(nullptr, WS_POPUP, 0, cls.c_str()));
+    MoveWindow(window.Handle(), 0, 0, 200, 100, TRUE);
+    CltWindowRoot root;
+    root.Create(nullptr, CltRect(0, 0, 200, 100), V, 0);
+    root.Attach(window.Handle());
+    window.root = &root;
+    CltWidgetFactoryOf<TickCounter> factory;
+    auto* counter =
+        static_cast<TickCounter*>(root.CreateChild(factory, CltRect(0, 0, 10, 10), V, 0));
+    auto* source =
+        static_cast<TickCounter*>(root.CreateChild(factory, CltRect(0, 0, 10, 10), V, 7));
+
+    DWORD start = GetTickCount();
+    while (counter->ticks < 3 && GetTickCount() - start < 5000)
+    {
+        MSG msg;
+        if (GetMessageA(&msg, nullptr, 0, 0)) DispatchMessageA(&msg);
+    }
+    EXPECT_GE(counter->ticks, 3);
+    EXPECT_LT(GetTickCount() - start, 1000u); // 50 ms apart, not seconds
+
+    source->Notify(0, nullptr);  // takes the widget's id 7
+    counter->Notify(0, nullptr); // no id anywhere: nothing is sent
+    ASSERT_EQ(window.commands.size(), 1u);
+    EXPECT_EQ(window.commands[0].first, WPARAM(7));
+    EXPECT_EQ(window.commands[0].second, reinterpret_cast<LPARAM>(source));
+
+    ValidateRect(window.Handle(), nullptr);
+    source->SetRect(CltRect(20, 30, 40, 50));
+    RECT update;
+    EXPECT_TRUE(GetUpdateRect(window.Handle(), &update, FALSE));
+    EXPECT_EQ(update.left, 0); // the old and the new rectangle
+    EXPECT_EQ(update.top, 0);
+    EXPECT_EQ(update.right, 40);
+    EXPECT_EQ(update.bottom, 50);
+    window.root = nullptr;
+    DestroyWindow(window.Handle());
+}
+} // namespace
