@@ -8,9 +8,10 @@
 #include <cstdint>
 #include <windows.h>
 
-// Opens the key with KEY_ALL_ACCESS (so a user without write rights reads nothing) and
-// reads into 1024 bytes (text) or 4 bytes (number); the stored type is not checked, and
-// a value that does not fit counts as missing.
+// Opens the key for reading, in the system's native (64-bit) registry view in both builds,
+// where the product's installer writes its values, and reads into 1024 bytes (text) or 4
+// bytes (number); the stored type is not checked, and a value that does not fit counts as
+// missing.
 bool clt_RegGetString(HKEY root, const char* subKey, const char* name, CltString& out);
 bool clt_RegGetDword(HKEY root, const char* subKey, const char* name, uint32_t& out);
 
@@ -19,9 +20,14 @@ bool clt_RegGetDword(HKEY root, const char* subKey, const char* name, uint32_t& 
 bool clt_IsFilePresent(const char* path);
 // True when the folder can be made the current folder; the current folder is restored.
 bool clt_IsDirectoryPresent(const char* path);
-// Starts the file with the verb "open"; with 'wait', returns once the started process
-// has ended (at once when the shell hands the request to a running program).
+// Starts the file with the verb "open", without any box of the shell's when that fails;
+// with 'wait', returns once the started process has ended (at once when the shell hands
+// the request to a running program).
 bool clt_ShellExecute(const char* file, const char* parameters, const char* folder, bool wait);
+
+// Enables a privilege the process's token holds (such as "SeShutdownPrivilege", which
+// ExitWindowsEx needs on Windows NT-based systems); false when the token lacks it.
+bool clt_EnablePrivilege(const char* name);
 
 inline bool clt_IsFilePresent(const CltString& path)
 {

@@ -6,7 +6,9 @@ namespace
 bool QueryValue(HKEY root, const char* subKey, const char* name, void* buffer, DWORD size)
 {
     HKEY key;
-    if (RegOpenKeyExA(root, subKey, 0, KEY_ALL_ACCESS, &key) != ERROR_SUCCESS) return false;
+    // Read access only: a program that runs as the invoker gets no more under HKLM.
+    if (RegOpenKeyExA(root, subKey, 0, KEY_READ | KEY_WOW64_64KEY, &key) != ERROR_SUCCESS)
+        return false;
     LONG rc = RegQueryValueExA(key, name, nullptr, nullptr, static_cast<BYTE*>(buffer), &size);
     RegCloseKey(key);
     return rc == ERROR_SUCCESS;
@@ -57,7 +59,8 @@ bool clt_ShellExecute(const char* file, const char* parameters, const char* fold
 {
     SHELLEXECUTEINFOA info = {};
     info.cbSize = sizeof info;
-    info.fMask = wait ? SEE_MASK_NOCLOSEPROCESS : 0;
+    // No box of the shell's own when the file cannot be started: the caller says so.
+    info.fMask = SEE_MASK_FLAG_NO_UI | (wait ? SEE_MASK_NOCLOSEPROCESS : 0);
     info.lpVerb = "open";
     info.lpFile = file;
     info.lpParameters = parameters;
@@ -70,4 +73,21 @@ bool clt_ShellExecute(const char* file, const char* parameters, const char* fold
         CloseHandle(info.hProcess);
     }
     return true;
+}
+
+bool clt_EnablePrivilege(const char* name)
+{
+    HANDLE token;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, &token))
+        return false;
+    TOKEN_PRIVILEGES privileges = {};
+    privileges.PrivilegeCount = 1;
+    privileges.Privileges[0].Attributes = SE_PRIVILEGE_ENABLED;
+    // AdjustTokenPrivileges succeeds also when the token lacks the privilege: only the last
+    // error tells.
+    bool enabled = LookupPrivilegeValueA(nullptr, name, &privileges.Privileges[0].Luid) &&
+                   AdjustTokenPrivileges(token, FALSE, &privileges, 0, nullptr, nullptr) &&
+                   GetLastError() == ERROR_SUCCESS;
+    CloseHandle(token);
+    return enabled;
 }

@@ -504,6 +504,7 @@ int LfxMain::RunUninstaller()
     // and its arguments.
     SHELLEXECUTEINFOA info = {};
     info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_FLAG_NO_UI; // a failed start is silent
     info.lpVerb = "open";
     info.lpFile = strUninstall.c_str();
     info.lpParameters = "";
@@ -603,6 +604,7 @@ int LfxMain::CheckDirectX()
     if (MessageBoxA(GetFocus(), GetSetupString(0x7882).c_str(), GetSetupString(0x7800).c_str(),
                     MB_YESNO | MB_ICONQUESTION) != IDYES)
         return 0;
+    clt_EnablePrivilege("SeShutdownPrivilege"); // without it the restart is refused
     g_pfnLfxExitWindowsEx(EWX_REBOOT | EWX_FORCE, 0);
     if (m_pLauncher) m_pLauncher->DestroyMainWindow();
     return -1;

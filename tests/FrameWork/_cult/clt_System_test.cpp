@@ -3,6 +3,7 @@
 #include "harness/wine_Harness.h"
 
 #include <gtest/gtest.h>
+#include <sddl.h>
 
 #include <string>
 
@@ -42,6 +43,39 @@ TEST(CltSystem, RegistryReadsFitTheirBuffersAndLeaveTheOutputOnFailure)
     EXPECT_TRUE(clt_RegGetDword(HKEY_LOCAL_MACHINE, kKey, "Short", number));
     EXPECT_EQ(number, 0x00636261u);
     DeleteRegTree(kKey);
+}
+
+// A user who is not an administrator may only read HKLM\Software: the values must still
+// read as present.
+TEST(CltSystem, RegistryValuesOfAKeyThatGrantsOnlyReadingAreRead)
+{
+    const char key[] = "Software\\LauncherTests\\ReadOnly";
+    DeleteRegTree(key);
+    ASSERT_TRUE(SetRegDword(key, "Installed", 1));
+    ASSERT_TRUE(SetRegString(key, "Install Path", "C:\\Games\\Tarn"));
+    auto setAccess = [&](const char* sddl)
+    {
+        HKEY k;
+        ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, key, 0, WRITE_DAC, &k), ERROR_SUCCESS);
+        PSECURITY_DESCRIPTOR sd = nullptr;
+        ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(sddl, SDDL_REVISION_1,
+                                                                         &sd, nullptr));
+        EXPECT_EQ(RegSetKeySecurity(k, DACL_SECURITY_INFORMATION, sd), ERROR_SUCCESS);
+        LocalFree(sd);
+        RegCloseKey(k);
+    };
+    setAccess("D:P(A;;KR;;;WD)"); // everyone may read, nobody may write
+    HKEY probe;
+    ASSERT_NE(RegOpenKeyExA(HKEY_LOCAL_MACHINE, key, 0, KEY_ALL_ACCESS, &probe), ERROR_SUCCESS);
+
+    uint32_t installed = 0;
+    CltString path;
+    EXPECT_TRUE(clt_RegGetDword(HKEY_LOCAL_MACHINE, key, "Installed", installed));
+    EXPECT_EQ(installed, 1u);
+    EXPECT_TRUE(clt_RegGetString(HKEY_LOCAL_MACHINE, key, "Install Path", path));
+    EXPECT_STREQ(path.c_str(), "C:\\Games\\Tarn");
+    setAccess("D:P(A;;KA;;;WD)");
+    DeleteRegTree(key);
 }
 
 TEST(CltSystem, FilesFoldersAndTheCurrentFolder)
