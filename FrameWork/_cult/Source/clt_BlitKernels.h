@@ -82,4 +82,16 @@ inline void HalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s1,
     for (int32_t x = 0; x < n; ++x)
         d[x] = HalvePixel(mode, s0[2 * x], s0[2 * x + 1], s1[2 * x], s1[2 * x + 1]);
 }
+
+// The MMX blitter's Halve, which every faster form gives too, since each stands in for the
+// MMX blitter on the processors that have it: mode 1 sets 255 when any of the four pixels
+// is not 0.
+inline void MmxHalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s1, int32_t n)
+{
+    for (int32_t x = 0; x < n; ++x)
+    {
+        uint32_t sum = s0[2 * x] + s0[2 * x + 1] + s1[2 * x] + s1[2 * x + 1];
+        d[x] = mode == 0 ? uint8_t(sum >> 2) : (sum ? 255 : 0);
+    }
+}
 } // namespace clt_blit

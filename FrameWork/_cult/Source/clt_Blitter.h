@@ -37,8 +37,9 @@ class CltBlitter
     virtual ~CltBlitter() = default;
 };
 
-// A blitter whose bulk operations run through one form's row kernels. With the MMX
-// kernels it is the MMX blitter (its Halve sets 255 when any of the four pixels is not 0).
+// A blitter whose bulk operations run through one form's row kernels. Every kernel form
+// stands in for the MMX blitter and gives its results, Halve's mode 1 included (255 when
+// any of the four pixels is not 0, where the generic blitter needs a sum of 4).
 class CltKernelBlitter : public CltBlitter
 {
   public:

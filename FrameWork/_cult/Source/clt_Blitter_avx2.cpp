@@ -131,7 +131,8 @@ CLT_AVX2 inline __m256i PairSums(__m256i v)
 CLT_AVX2 inline __m256i HalveLanes(int mode, __m256i sum)
 {
     if (mode == 0) return _mm256_srli_epi16(sum, 2);
-    return _mm256_and_si256(_mm256_cmpgt_epi16(sum, _mm256_set1_epi16(3)), _mm256_set1_epi16(0xFF));
+    return _mm256_and_si256(_mm256_cmpgt_epi16(sum, _mm256_setzero_si256()),
+                            _mm256_set1_epi16(0xFF));
 }
 
 CLT_AVX2 void HalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s1, int32_t n)
@@ -145,7 +146,7 @@ CLT_AVX2 void HalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s
         __m256i packed = _mm256_packus_epi16(HalveLanes(mode, lo), HalveLanes(mode, hi));
         Store(d + x, _mm256_permute4x64_epi64(packed, 0xD8));
     }
-    clt_blit::HalveRow(mode, d + x, s0 + 2 * x, s1 + 2 * x, n - x);
+    clt_blit::MmxHalveRow(mode, d + x, s0 + 2 * x, s1 + 2 * x, n - x);
 }
 
 CLT_AVX2 void Leave()

@@ -82,11 +82,7 @@ CLT_MMX void HalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s1
         uint32_t out = uint32_t(_mm_cvtsi64_si32(_mm_packs_pu16(lanes, z)));
         memcpy(d + x, &out, 4);
     }
-    for (; x < n; ++x)
-    {
-        uint32_t sum = s0[2 * x] + s0[2 * x + 1] + s1[2 * x] + s1[2 * x + 1];
-        d[x] = mode == 0 ? uint8_t(sum >> 2) : (sum ? 255 : 0);
-    }
+    clt_blit::MmxHalveRow(mode, d + x, s0 + 2 * x, s1 + 2 * x, n - x);
 }
 
 CLT_MMX void Leave()

@@ -125,7 +125,7 @@ CLT_SSE2 inline __m128i PairSums(__m128i v)
 CLT_SSE2 inline __m128i HalveLanes(int mode, __m128i sum)
 {
     if (mode == 0) return _mm_srli_epi16(sum, 2);
-    return _mm_and_si128(_mm_cmpgt_epi16(sum, _mm_set1_epi16(3)), _mm_set1_epi16(0xFF));
+    return _mm_and_si128(_mm_cmpgt_epi16(sum, _mm_setzero_si128()), _mm_set1_epi16(0xFF));
 }
 
 CLT_SSE2 void HalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s1, int32_t n)
@@ -138,7 +138,7 @@ CLT_SSE2 void HalveRow(int mode, uint8_t* d, const uint8_t* s0, const uint8_t* s
         __m128i hi = _mm_add_epi16(PairSums(Load(a + 16)), PairSums(Load(b + 16)));
         Store(d + x, _mm_packus_epi16(HalveLanes(mode, lo), HalveLanes(mode, hi)));
     }
-    clt_blit::HalveRow(mode, d + x, s0 + 2 * x, s1 + 2 * x, n - x);
+    clt_blit::MmxHalveRow(mode, d + x, s0 + 2 * x, s1 + 2 * x, n - x);
 }
 } // namespace
 

@@ -15,7 +15,7 @@ CltDibImage::~CltDibImage()
 bool CltDibImage::Create(const CltPixelFormat& format, int32_t width, int32_t height,
                          int32_t origin)
 {
-    Free();
+    Clear();
     if (origin != OriginTopLeft && origin != OriginBottomLeft) return false;
     if (width < 0 || height < 0) return false;
 

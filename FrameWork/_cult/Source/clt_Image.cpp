@@ -12,8 +12,7 @@ CltImage::~CltImage()
 
 bool CltImage::Create(const CltPixelFormat& format, int32_t width, int32_t height, int32_t origin)
 {
-    Free();
-    m_nWidth = m_nHeight = m_nPitch = 0;
+    Clear();
     if (format.bytesPerPixel == 0 || width < 0 || height < 0) return false;
     uint64_t pitch = (uint64_t(format.bytesPerPixel) * uint64_t(width) + 1) & ~uint64_t(1);
     uint64_t size = pitch * uint64_t(height);
@@ -39,6 +38,13 @@ CltRect CltImage::GetFrameRect(int32_t, int32_t) const
 CltImage* CltImage::New() const
 {
     return new CltImage;
+}
+
+void CltImage::Clear()
+{
+    Free();
+    m_nWidth = m_nHeight = m_nPitch = 0;
+    m_nOrigin = 0;
 }
 
 void CltImage::Free()

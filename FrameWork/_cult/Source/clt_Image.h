@@ -31,6 +31,8 @@ class CltImage
     virtual CltRect GetFrameRect(int32_t column, int32_t row) const;
     virtual CltImage* New() const;
     virtual void Free();
+    // Frees the pixels and forgets size, pitch and origin: the image is wholly empty.
+    void Clear();
 
     uint8_t* PixelAddress(int32_t x, int32_t y) const;
     uint8_t* FirstPixel() const { return PixelAddress(0, 0); }

@@ -39,7 +39,9 @@ bool LoadImageFile(const CltGuid& streamId, CltImage& image, const char* fileNam
             }
     }
     delete[] readers;
-    return chosen && chosen->Load(streamId, image, fileName);
+    if (chosen && chosen->Load(streamId, image, fileName)) return true;
+    image.Clear(); // a refused image is wholly empty, whatever a reader had made of it
+    return false;
 }
 
 CltMemoryBlock* ReadWholeFile(const CltGuid& streamId, const char* fileName)

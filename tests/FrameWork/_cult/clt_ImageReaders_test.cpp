@@ -127,6 +127,11 @@ TEST(ImageReaders, RefuseEveryTruncationOfTheFiles)
             memstream::Use(file.data(), cut);
             ASSERT_FALSE(LoadImageFile(memstream::Id(), image, f.name))
                 << f.name << " cut at " << cut;
+            // Refused part-way or at once, the image is wholly empty.
+            ASSERT_EQ(image.m_pData, nullptr) << f.name << " cut at " << cut;
+            ASSERT_EQ(image.m_nSize, 0u);
+            ASSERT_EQ(image.m_nWidth | image.m_nHeight | image.m_nPitch | image.m_nOrigin, 0)
+                << f.name << " cut at " << cut;
             ASSERT_EQ(memstream::Current().releases, 1);
             ASSERT_EQ(memstream::Current().closes, memstream::Current().opens);
         }

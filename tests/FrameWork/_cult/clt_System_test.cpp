@@ -58,8 +58,8 @@ TEST(CltSystem, RegistryValuesOfAKeyThatGrantsOnlyReadingAreRead)
         HKEY k;
         ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, key, 0, WRITE_DAC, &k), ERROR_SUCCESS);
         PSECURITY_DESCRIPTOR sd = nullptr;
-        ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(sddl, SDDL_REVISION_1,
-                                                                         &sd, nullptr));
+        ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(sddl, SDDL_REVISION_1, &sd,
+                                                                         nullptr));
         EXPECT_EQ(RegSetKeySecurity(k, DACL_SECURITY_INFORMATION, sd), ERROR_SUCCESS);
         LocalFree(sd);
         RegCloseKey(k);
