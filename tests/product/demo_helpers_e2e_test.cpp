@@ -49,8 +49,7 @@ TEST(DemoHelpers, UnknownKeysAreReportedAndEndWithOne)
         ASSERT_EQ(r.boxes.size(), 1u);
         EXPECT_EQ(r.boxes[0].title, "Tarn");
         EXPECT_EQ(r.boxes[0].text, c.text);
-        EXPECT_EQ(r.boxes[0].buttons, std::vector<int>{IDOK});
-        EXPECT_EQ(r.boxes[0].icon, "exclamation");
+        EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_OK | MB_ICONEXCLAMATION));
     }
 }
 

@@ -112,8 +112,7 @@ TEST(DemoProduct, InstallHandOverPlayAndUninstallWithoutAWindow)
     EXPECT_EQ(play.boxes[0].title, "Tarn");
     EXPECT_EQ(play.boxes[0].text,
               "No working sound device was found.\n\nDo you want to play without sound?");
-    EXPECT_EQ(play.boxes[0].icon, "question");
-    EXPECT_EQ(play.boxes[0].buttons, (std::vector<int>{IDYES, IDNO}));
+    EXPECT_EQ(StyleOf(play.boxes[0]), SeenFromOutside(0x2124)); // No is the default
     HWND game = WaitForWindowClass("TarnDemoGame", 30000);
     ASSERT_NE(game, nullptr);
     EXPECT_EQ(ChildText(game), "This is Tarn.exe (Tarn).\r\nCommand line: []\r\nWorking folder: [" +
@@ -191,8 +190,7 @@ TEST(LauncherMedia, TheDiscLabelMustBeginWithTheConfiguredLabel)
         {
             EXPECT_EQ(box.title, "Tarn");
             EXPECT_EQ(box.text, c.asked);
-            EXPECT_EQ(box.buttons, (std::vector<int>{IDOK, IDCANCEL}));
-            EXPECT_EQ(box.icon, "exclamation");
+            EXPECT_EQ(StyleOf(box), SeenFromOutside(0x2031));
         }
         std::string record = std::string(c.drive) + "Install\\TarnSetup.exe.log";
         if (c.installerStarted) WaitFor([&] { return !ReadTextFile(record).empty(); }, 10);
@@ -238,7 +236,8 @@ TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
     ASSERT_EQ(r.boxes.size(), 2u); // no sound device: declined, so nothing is started
     EXPECT_EQ(r.boxes[0].text,
               "No working sound device was found.\n\nDo you want to play without sound?");
-    EXPECT_EQ(r.boxes[1].buttons, (std::vector<int>{IDYES, IDNO}));
+    EXPECT_EQ(StyleOf(r.boxes[0]), SeenFromOutside(0x2124));
+    EXPECT_EQ(StyleOf(r.boxes[1]), 0x124u); // the product's own question, No the default
     EXPECT_TRUE(r.boxes[1].scripted);
     for (const std::string& file : plantedFiles)
         EXPECT_EQ(GetFileAttributesA((file + ".loaded").c_str()), INVALID_FILE_ATTRIBUTES) << file;
@@ -326,6 +325,8 @@ TEST(LauncherDirectX, TheDirectXFolderOnTheMediaAndOnWindows95)
             if (c.texts[i] == offer || c.texts[i] == noSound)
             {
                 EXPECT_EQ(r.boxes[i].icon, "question") << i;
+                // Going on without sound is never the default; installing DirectX is.
+                EXPECT_EQ(r.boxes[i].defaultButton, c.texts[i] == offer ? IDYES : IDNO) << i;
             }
         }
         DeleteRegTree(ini.RegistryKey());

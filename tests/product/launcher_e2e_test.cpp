@@ -178,10 +178,10 @@ TEST(AssertionBox, RetryShowsTheDumpCancelDoesNotAndTheExitCodeIsZero)
             EXPECT_EQ(r.boxes[i].title, c.boxes[i].first);
             EXPECT_EQ(r.boxes[i].text, c.boxes[i].second);
         }
-        EXPECT_EQ(r.boxes[0].buttons, (std::vector<int>{IDCANCEL, IDRETRY}));
+        EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_RETRYCANCEL | MB_ICONHAND));
         if (r.boxes.size() > 1)
         {
-            EXPECT_EQ(r.boxes[1].buttons, (std::vector<int>{IDOK}));
+            EXPECT_EQ(StyleOf(r.boxes[1]), UINT(MB_OK));
         }
         // Nothing is traced once the assertion fails: no destruction texts.
         for (const std::string& t : r.traces)

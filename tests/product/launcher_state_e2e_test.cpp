@@ -504,6 +504,7 @@ TEST(LauncherConfiguration, FatalConditionsShowTheAssertionBox)
         ASSERT_EQ(r.boxes.size(), 1u);
         EXPECT_EQ(r.boxes[0].title, "Guru meditation failure!");
         EXPECT_EQ(r.boxes[0].text, c.text);
+        EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_RETRYCANCEL | MB_ICONHAND));
         EXPECT_FALSE(HasLine(r, "LfxMain: Destruction completed."));
     }
 }
@@ -534,7 +535,7 @@ TEST(LauncherVersion, SwitchVShowsTheVersionText)
     EXPECT_EQ(r.exitCode, 0u);
     ASSERT_EQ(r.boxes.size(), 1u);
     EXPECT_EQ(r.boxes[0].title, "Tarn");
-    EXPECT_EQ(r.boxes[0].buttons, std::vector<int>{IDOK});
+    EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_OK));
     EXPECT_EQ(r.boxes[0].text, "Launcher.exe (Build 0003)\n\n"
                                "LfxMain        \t: 1.03.0114 (2/12/02 5:05p)\n"
                                "CTarnLauncher  \t: 1.00.0024 (2/22/02 5:26p)\n"

@@ -148,15 +148,52 @@ std::string IconOf(HWND box)
     return "other";
 }
 
+// A task-modal box disables every other top-level window of its thread, not only its
+// owner: windows other than the box and its owner tell.
+int TaskModal(HWND box)
+{
+    struct Bystanders
+    {
+        HWND box, owner;
+        int enabled = 0, disabled = 0;
+    } seen = {box, GetWindow(box, GW_OWNER)};
+    EnumThreadWindows(
+        GetWindowThreadProcessId(box, nullptr),
+        [](HWND window, LPARAM p) -> BOOL
+        {
+            auto* seen = reinterpret_cast<Bystanders*>(p);
+            // The system's input-method window is disabled from the start: it tells nothing.
+            char cls[8] = {};
+            GetClassNameA(window, cls, sizeof cls);
+            if (window != seen->box && window != seen->owner && strcmp(cls, "IME") != 0)
+                ++(IsWindowEnabled(window) ? seen->enabled : seen->disabled);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&seen));
+    if (seen.enabled + seen.disabled == 0) return -1;
+    return seen.enabled == 0 ? 1 : 0;
+}
+
+// The default push button carries BS_DEFPUSHBUTTON (Wine's boxes do not answer
+// DM_GETDEFID as dialogs do).
+int DefaultButton(const std::vector<std::pair<int, HWND>>& buttons)
+{
+    for (const auto& [id, window] : buttons)
+        if ((GetWindowLongA(window, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON) return id;
+    return 0;
+}
+
 MessageBoxRecord ReadBox(HWND box)
 {
     MessageBoxRecord record;
     record.title = WindowText(box);
     record.icon = IconOf(box);
+    record.taskModal = TaskModal(box);
     if (HWND text = GetDlgItem(box, 0xFFFF)) record.text = WindowText(text);
     std::vector<std::pair<int, HWND>> buttons;
     EnumChildWindows(box, CollectButton, reinterpret_cast<LPARAM>(&buttons));
     std::sort(buttons.begin(), buttons.end());
+    record.defaultButton = DefaultButton(buttons);
     for (auto& [id, window] : buttons)
     {
         record.buttons.push_back(id);
@@ -619,5 +656,34 @@ std::vector<TraceWinRecord> ReadTraceWinRecords(const std::string& path)
         records.push_back(r);
     }
     return records;
+}
+} // namespace harness
+
+namespace harness
+{
+UINT StyleOf(const MessageBoxRecord& box)
+{
+    // The button sets in the order the box shows them, by their style value.
+    static const std::vector<int> kTypes[] = {
+        {IDOK},        {IDOK, IDCANCEL},   {IDABORT, IDRETRY, IDIGNORE}, {IDYES, IDNO, IDCANCEL},
+        {IDYES, IDNO}, {IDRETRY, IDCANCEL}};
+    static const std::pair<const char*, UINT> kIcons[] = {{"hand", MB_ICONHAND},
+                                                          {"question", MB_ICONQUESTION},
+                                                          {"exclamation", MB_ICONEXCLAMATION},
+                                                          {"asterisk", MB_ICONASTERISK}};
+    UINT style = 0xF; // no known button set
+    for (UINT type = 0; type < 6; ++type)
+    {
+        std::vector<int> sorted = kTypes[type];
+        std::sort(sorted.begin(), sorted.end());
+        if (sorted != box.buttons) continue;
+        style = type;
+        for (size_t i = 0; i < kTypes[type].size(); ++i)
+            if (kTypes[type][i] == box.defaultButton) style |= UINT(i) << 8;
+    }
+    for (const auto& [name, value] : kIcons)
+        if (box.icon == name) style |= value;
+    if (box.taskModal == 1) style |= MB_TASKMODAL;
+    return style;
 }
 } // namespace harness

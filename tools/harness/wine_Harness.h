@@ -22,6 +22,10 @@ struct MessageBoxRecord
     std::vector<int> buttons;             // control ids of the visible buttons, in id order
     std::vector<std::string> buttonTexts; // their captions, same order
     std::string icon;     // "hand", "question", "exclamation", "asterisk", "other" or ""
+    int defaultButton = 0; // the id of the default push button (the one Enter presses), or 0
+    // Whether the box disabled the other top-level windows of its thread (task-modal): 1 or
+    // 0, or -1 when its thread has no window besides the box and its owner to tell by.
+    int taskModal = -1;
     int answer = 0;       // the id clicked
     bool scripted = true; // false when the script had no answer left
 };
@@ -72,6 +76,17 @@ class BoxWatcher
     struct State;
     State* m_state;
 };
+
+// The MessageBox style a box shows: its buttons, icon and default button, and
+// MB_TASKMODAL when the box was seen to be task-modal (see taskModal). 0xF in the low
+// bits stands for buttons of no known set.
+UINT StyleOf(const MessageBoxRecord& box);
+// What StyleOf can show of a style for the box of a program that has no window besides its
+// boxes: all but MB_TASKMODAL, which only the disabling of such windows would tell.
+inline UINT SeenFromOutside(UINT style)
+{
+    return style & ~UINT(MB_TASKMODAL);
+}
 
 // A visible message box with this title, of any process, or null.
 HWND FindMessageBox(const char* title);

@@ -631,7 +631,8 @@ int LfxMain::CheckDirectSound()
     if (FAILED(create(nullptr, &device, nullptr)) || !device)
     {
         int answer =
-            ShowMessage(GetSetupString(0x5013).c_str(), MB_TASKMODAL | MB_ICONQUESTION | MB_YESNO);
+            ShowMessage(GetSetupString(0x5013).c_str(),
+                        MB_TASKMODAL | MB_ICONQUESTION | MB_YESNO | MB_DEFBUTTON2);
         FreeLibrary(dsound);
         return answer == IDYES;
     }

@@ -102,9 +102,13 @@ struct Box
 // Runs 'action' while clicking the answers into the boxes it shows.
 template <typename F> std::vector<MessageBoxRecord> Answering(std::vector<int> answers, F action)
 {
+    // A window of this thread that no box owns: a task-modal box disables it.
+    HWND bystander =
+        CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
     BoxWatcher watcher(GetCurrentProcessId(), std::move(answers));
     action();
     Sleep(100);
+    DestroyWindow(bystander);
     return watcher.Stop();
 }
 } // namespace
@@ -150,8 +154,7 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
         {
             EXPECT_EQ(boxes[i].title, "Tarn");
             EXPECT_EQ(boxes[i].text, Text(c.asked[i]));
-            EXPECT_EQ(boxes[i].buttons, (std::vector<int>{IDYES, IDNO}));
-            EXPECT_EQ(boxes[i].icon, "asterisk");
+            EXPECT_EQ(StyleOf(boxes[i]), UINT(MB_YESNO | MB_ICONINFORMATION));
         }
     }
 }
@@ -160,13 +163,9 @@ TEST(LfxChecks, DirectXStatesInstallationAndRestart)
 {
     struct Shown
     {
-        Shown(uint16_t t, uint16_t c, std::vector<int> b, const char* i)
-            : text(t), caption(c), buttons(std::move(b)), icon(i)
-        {
-        }
+        Shown(uint16_t t, uint16_t c, UINT s) : text(t), caption(c), style(s) {}
         uint16_t text, caption; // caption 0: the product name
-        std::vector<int> buttons;
-        const char* icon;
+        UINT style;
     };
     struct Case
     {
@@ -183,17 +182,17 @@ TEST(LfxChecks, DirectXStatesInstallationAndRestart)
         {"ready", "DirectXState=1\r\n", true, true, {}, {}, 1, 0},
         {"stop silently", "DirectXState=4\r\n", true, true, {}, {}, 0, 0},
         {"not installable", "DirectXState=2\r\n", false, true, {IDOK},
-         {Shown(0x5012, 0, {IDOK}, "asterisk")}, 0, 0},
+         {Shown(0x5012, 0, MB_ICONINFORMATION)}, 0, 0},
         {"install declined", "DirectXState=2\r\n", true, true, {IDNO},
-         {Shown(0x5006, 0, {IDYES, IDNO}, "question")}, 0, 0},
+         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION)}, 0, 0},
         {"folder missing", "DirectXState=3\r\n", true, false, {IDYES, IDOK},
-         {Shown(0x5006, 0, {IDYES, IDNO}, "question"), Shown(0xD047, 0x7800, {IDOK}, "")}, 0, 0},
+         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION), Shown(0xD047, 0x7800, MB_OK)}, 0, 0},
         {"installed without restart", "DirectXState=2\r\nDirectXInstall=0\r\n", true, true, {IDYES},
-         {Shown(0x5006, 0, {IDYES, IDNO}, "question")}, 1, 0},
+         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION)}, 1, 0},
         {"restart declined", "DirectXState=2\r\nDirectXInstall=1\r\n", true, true, {IDYES, IDNO},
-         {Shown(0x5006, 0, {IDYES, IDNO}, "question"), Shown(0x7882, 0x7800, {IDYES, IDNO}, "question")}, 0, 0},
+         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION), Shown(0x7882, 0x7800, MB_YESNO | MB_ICONQUESTION)}, 0, 0},
         {"restart", "DirectXState=2\r\nDirectXInstall=1\r\n", true, true, {IDYES, IDYES},
-         {Shown(0x5006, 0, {IDYES, IDNO}, "question"), Shown(0x7882, 0x7800, {IDYES, IDNO}, "question")}, -1, 1},
+         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION), Shown(0x7882, 0x7800, MB_YESNO | MB_ICONQUESTION)}, -1, 1},
         // clang-format on
     };
     std::string root = Join(TestRoot(), "directx");
@@ -217,8 +216,7 @@ TEST(LfxChecks, DirectXStatesInstallationAndRestart)
         {
             EXPECT_EQ(boxes[i].text, Text(c.boxes[i].text));
             EXPECT_EQ(boxes[i].title, c.boxes[i].caption ? Text(c.boxes[i].caption) : "Tarn");
-            EXPECT_EQ(boxes[i].buttons, c.boxes[i].buttons);
-            EXPECT_EQ(boxes[i].icon, c.boxes[i].icon);
+            EXPECT_EQ(StyleOf(boxes[i]), c.boxes[i].style);
         }
     }
 }
@@ -236,8 +234,8 @@ TEST(LfxChecks, SoundDeviceMissingAsksWhetherToGoOn)
         ASSERT_EQ(boxes.size(), 1u);
         EXPECT_EQ(boxes[0].text, Text(0x5013));
         EXPECT_EQ(boxes[0].title, "Tarn");
-        EXPECT_EQ(boxes[0].buttons, (std::vector<int>{IDYES, IDNO}));
-        EXPECT_EQ(boxes[0].icon, "question");
+        // Task-modal, No the default: Enter does not go on without sound.
+        EXPECT_EQ(StyleOf(boxes[0]), 0x2124u);
         EXPECT_EQ(result, answer == IDYES ? 1 : 0);
     }
 }
@@ -307,7 +305,7 @@ TEST(LfxActions, ProgramsStartWithTheirParametersAndFolders)
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].title, "Tarn");
     EXPECT_EQ(boxes[0].text, Text(0x5007));
-    EXPECT_EQ(boxes[0].icon, "hand");
+    EXPECT_EQ(StyleOf(boxes[0]), UINT(MB_ICONHAND));
 }
 
 TEST(LfxActions, UninstallerGetsTheWholeCommandAndClosesTheWindow)
