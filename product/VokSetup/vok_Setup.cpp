@@ -2,8 +2,9 @@
 // their own. It supplies the launcher's texts (compiled from VokSetup.strings), reports
 // and installs DirectX, and describes the display devices that DirectDraw enumerates.
 //
-// DirectDraw is loaded only from the system folder. For tests, setup.ini beside this
-// library may hold a section [VokSetupTest] whose keys replace what the library reports:
+// DirectDraw is loaded only from the system folder. In the test build (VOK_TEST_SETTINGS),
+// setup.ini beside this library may hold a section [VokSetupTest] whose keys replace what
+// the library reports; the library that ships has no such section:
 //   DirectXState=N      the result of GetDirectXState
 //   DirectXInstall=N    the result of InstallDirectX (no program is run)
 //   CheckDirectX=N      the result of VokSetup_CheckDirectX
@@ -35,6 +36,7 @@ const StringEntry kStrings[] = {
 
 HMODULE g_hModule = nullptr;
 
+#ifdef VOK_TEST_SETTINGS
 // The value of [VokSetupTest] key in setup.ini beside this library, or 'fallback'.
 int TestSetting(const char* key, int fallback)
 {
@@ -45,6 +47,12 @@ int TestSetting(const char* key, int fallback)
     strcpy(slash + 1, "setup.ini");
     return static_cast<int>(GetPrivateProfileIntA("VokSetupTest", key, fallback, path));
 }
+#else
+int TestSetting(const char*, int fallback)
+{
+    return fallback;
+}
+#endif
 
 constexpr int kNoSetting = -12345;
 

@@ -22,12 +22,14 @@ template <typename T> T Entry(HMODULE dll, const char* name)
 class SetupLibrary
 {
   public:
-    explicit SetupLibrary(const std::string& testSettings)
+    // The test build of the library beside the test programs, unless another is named.
+    explicit SetupLibrary(const std::string& testSettings,
+                          const std::string& library = Join(ExeFolder(), "VokSetup.dll"))
     {
         m_folder = Join(TestRoot(), "voksetup");
         FreeLibrary(GetModuleHandleA(Join(m_folder, "VokSetup.dll").c_str()));
         RemoveTree(m_folder);
-        CopyInto(Join(ExeFolder(), "VokSetup.dll"), m_folder);
+        CopyInto(library, m_folder);
         WriteTextFile(Join(m_folder, "setup.ini"), "[VokSetupTest]\r\n" + testSettings);
         m_dll = LoadLibraryA(Join(m_folder, "VokSetup.dll").c_str());
         auto getSetup = Entry<PFN_VokSetup_GetSetup>(m_dll, "VokSetup_GetSetup");
@@ -114,6 +116,17 @@ TEST(VokSetup, TestSettingsSteerTheDirectXReport)
             EXPECT_EQ(desc.nNames, 2u);
         }
     }
+}
+
+TEST(VokSetup, TheShippedLibraryHasNoTestSettings)
+{
+    SetupLibrary lib("DirectXState=4\r\nCheckDirectX=7\r\nDisplays=0\r\n",
+                     Join(ExeFolder(), "..\\demo-product\\Install\\VokSetup.dll"));
+    ASSERT_NE(lib.m_setup, nullptr);
+    int state = lib.m_setup->GetDirectXState();
+    EXPECT_TRUE(state == 1 || state == 2) << state; // what the system has, not 4
+    EXPECT_EQ(lib.CheckDirectX(), state == 1 ? 1 : 0);
+    EXPECT_GE(lib.Describe().nDisplays, 1u);
 }
 
 TEST(VokSetup, InstallDirectXRunsTheSetupProgramAndWaits)
