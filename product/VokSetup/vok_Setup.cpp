@@ -8,7 +8,8 @@
 //   DirectXState=N      the result of GetDirectXState
 //   DirectXInstall=N    the result of InstallDirectX (no program is run)
 //   CheckDirectX=N      the result of VokSetup_CheckDirectX
-//   Displays=N          describe N display devices named "Test Display 1".. (0: none)
+//   Displays=N          describe N display devices named "Test Display 1".. (0: none),
+//                       identifier byte k of device i being 0x10 * i + k
 #include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 
@@ -161,7 +162,12 @@ class DemoHardware final : public IVokHardware
             {
                 char name[32];
                 snprintf(name, sizeof name, "Test Display %d", i + 1);
-                AddDisplay(desc, nullptr, name);
+                // Identifier bytes that differ in every position: 0x10 * (i + 1) + k.
+                GUID guid;
+                uint8_t* bytes = reinterpret_cast<uint8_t*>(&guid);
+                for (int k = 0; k < 16; ++k)
+                    bytes[k] = uint8_t(0x10 * (i + 1) + k);
+                AddDisplay(desc, &guid, name);
             }
             return;
         }

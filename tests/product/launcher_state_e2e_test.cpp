@@ -15,6 +15,8 @@
 using namespace harness;
 using demo::HasLine;
 using demo::Ini;
+using demo::Launch;
+using demo::LaunchIn;
 using demo::Lines;
 
 namespace
@@ -24,17 +26,6 @@ std::string Fresh(const std::string& name)
     std::string folder = Join(TestRoot(), name);
     RemoveTree(folder);
     return folder;
-}
-
-RunResult Launch(const std::string& program, const std::string& arguments,
-                 const std::string& workingFolder = "", std::vector<int> answers = {})
-{
-    RunOptions run;
-    run.program = program;
-    run.arguments = arguments;
-    run.workingFolder = workingFolder;
-    run.answers = std::move(answers);
-    return RunProgram(run);
 }
 
 // Holds named mutexes in a process of its own until destroyed.
@@ -71,7 +62,7 @@ TEST(LauncherConfiguration, StartupTraceOfTheDemoConfigurationIsExact)
     Ini ini("Configuration");
     demo::MakeProduct(folder, ini);
     DeleteRegTree(ini.RegistryKey());
-    RunResult r = Launch(Join(folder, "Launcher.exe"), "-DISABLEMUTEX", folder);
+    RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "-DISABLEMUTEX", folder);
     EXPECT_EQ(r.exitCode, 0u);
     EXPECT_TRUE(r.boxes.empty());
     const std::string data = folder + "\\Install";
@@ -184,7 +175,7 @@ TEST(LauncherConfiguration, FoldersFromTheSwitchesAndTheDriveRoot)
         SCOPED_TRACE(c.name);
         Ini ini("Folders");
         demo::MakeProduct(c.productFolder, ini, c.anchor);
-        RunResult r = Launch(c.program, c.arguments, c.workingFolder);
+        RunResult r = LaunchIn(c.program, c.arguments, c.workingFolder);
         EXPECT_EQ(r.exitCode, 0u);
         EXPECT_TRUE(r.boxes.empty());
         for (const std::string& line : c.lines)
@@ -206,7 +197,7 @@ TEST(LauncherState, InstalledStateSourceDirAndHandOver)
     {
         const char* name;
         std::string installPath;
-        bool launcherInstalled;
+        int launcherInstalled; // 0 none, 1 a program that records its start, 2 no program
         std::string sourceDir;
         std::string arguments;
         std::vector<int> answers;
@@ -271,6 +262,23 @@ TEST(LauncherState, InstalledStateSourceDirAndHandOver)
          {},
          false,
          {"LfxMain: m_dwState is [3]"}},
+        {"uninstall requested with I: the window, not the game",
+         installed,
+         false,
+         "E:\\",
+         "-DISABLEMUTEX -I -UNINSTALL",
+         {},
+         false,
+         {"LfxMain: m_dwState is [3]",
+          "LfxMain: Running launcher...LfxMain: Destruction completed."}},
+        {"installed launcher that cannot be started",
+         installed,
+         2,
+         "E:\\",
+         "-DISABLEMUTEX",
+         {IDOK},
+         true,
+         {"LfxMain: Launcher is running from CD. Transferring to HD."}},
         {"same folder in another case",
          media,
          true,
@@ -300,8 +308,10 @@ TEST(LauncherState, InstalledStateSourceDirAndHandOver)
     {
         SCOPED_TRACE(c.name);
         RemoveTree(installed);
-        if (c.launcherInstalled)
+        if (c.launcherInstalled == 1)
             CopyInto(Join(ExeFolder(), "test_helper.exe"), installed, "Launcher.exe");
+        if (c.launcherInstalled == 2)
+            WriteTextFile(Join(installed, "Launcher.exe"), "not a program");
         DeleteRegTree(key);
         SetRegDword(key, "Installed", 2);
         std::string installPath = c.installPath == media ? media : c.installPath;
@@ -313,13 +323,23 @@ TEST(LauncherState, InstalledStateSourceDirAndHandOver)
         SetRegString(key, "Install Path", installPath);
         if (!c.sourceDir.empty()) SetRegString(key, "Source Dir", c.sourceDir);
 
-        RunResult r = Launch(Join(media, "Launcher.exe"), c.arguments, media, c.answers);
+        RunResult r = LaunchIn(Join(media, "Launcher.exe"), c.arguments, media, c.answers);
         EXPECT_EQ(r.exitCode, 0u);
         EXPECT_EQ(r.boxes.size(), c.answers.size());
         for (const std::string& line : c.lines)
             EXPECT_TRUE(HasLine(r, line)) << line;
         EXPECT_EQ(HasLine(r, "LfxMain: PreInitializePages started."), !c.handsOver);
-        if (c.handsOver)
+        if (c.launcherInstalled == 2)
+        {
+            // One box, the launcher's own, and the launcher ends.
+            ASSERT_EQ(r.boxes.size(), 1u);
+            EXPECT_EQ(r.boxes[0].title, "Tarn");
+            EXPECT_EQ(r.boxes[0].text,
+                      "The program could not be started.\n\nPlease reinstall Tarn.");
+            EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_ICONHAND));
+            EXPECT_EQ(Lines(r).back(), "CltApp: Destruction");
+        }
+        else if (c.handsOver)
         {
             // The installed launcher starts with an empty command line in its own folder.
             for (int i = 0; i < 100 && ReadTextFile(record).empty(); ++i)
@@ -327,7 +347,7 @@ TEST(LauncherState, InstalledStateSourceDirAndHandOver)
             EXPECT_EQ(ReadTextFile(record), "args=|cwd=" + installed + "\n");
             EXPECT_EQ(Lines(r).back(), "CltApp: Destruction");
         }
-        else if (c.launcherInstalled)
+        else if (c.launcherInstalled == 1)
         {
             EXPECT_EQ(ReadTextFile(record), "");
         }
@@ -499,7 +519,7 @@ TEST(LauncherConfiguration, FatalConditionsShowTheAssertionBox)
         if (GetFileAttributesA(Join(folder, "Install\\setup.ini").c_str()) !=
             INVALID_FILE_ATTRIBUTES)
             WriteTextFile(Join(folder, "Install\\setup.ini"), ini.Text());
-        RunResult r = Launch(Join(folder, "Launcher.exe"), "", folder, {IDCANCEL});
+        RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "", folder, {IDCANCEL});
         EXPECT_EQ(r.exitCode, 0u);
         ASSERT_EQ(r.boxes.size(), 1u);
         EXPECT_EQ(r.boxes[0].title, "Guru meditation failure!");
@@ -517,7 +537,7 @@ TEST(LauncherConfiguration, LockedSetupIniCountsAsMissing)
     HANDLE lock = CreateFileA(Join(folder, "Install\\setup.ini").c_str(), GENERIC_READ, 0, nullptr,
                               OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-    RunResult r = Launch(Join(folder, "Launcher.exe"), "", folder, {IDCANCEL});
+    RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "", folder, {IDCANCEL});
     CloseHandle(lock);
     ASSERT_EQ(r.boxes.size(), 1u);
     EXPECT_EQ(r.boxes[0].text, expect::AssertText("clt_IsFilePresent(g_Env[\"IniPath\"])",
@@ -531,7 +551,7 @@ TEST(LauncherVersion, SwitchVShowsTheVersionText)
     Ini ini("Version");
     demo::MakeProduct(folder, ini);
     DeleteRegTree(ini.RegistryKey());
-    RunResult r = Launch(Join(folder, "Launcher.exe"), "-V", folder, {IDOK});
+    RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "-V", folder, {IDOK});
     EXPECT_EQ(r.exitCode, 0u);
     ASSERT_EQ(r.boxes.size(), 1u);
     EXPECT_EQ(r.boxes[0].title, "Tarn");

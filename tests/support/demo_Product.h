@@ -113,16 +113,23 @@ inline void MarkInstalled(const Ini& ini, const std::string& folder)
     SetRegString(ini.RegistryKey(), "Source Dir", folder);
 }
 
-// Runs a launcher (or any program) through the harness, answering its boxes in order.
-inline harness::RunResult Launch(const std::string& program, const std::string& arguments,
-                                 std::vector<int> answers = {})
+// Runs a launcher (or any program) through the harness in a working folder (empty: the
+// test's own), answering its boxes in order.
+inline harness::RunResult LaunchIn(const std::string& program, const std::string& arguments,
+                                   const std::string& workingFolder, std::vector<int> answers = {})
 {
     harness::RunOptions run;
     run.program = program;
     run.arguments = arguments;
+    run.workingFolder = workingFolder;
     run.answers = std::move(answers);
     run.timeoutMs = 60000;
     return harness::RunProgram(run);
+}
+inline harness::RunResult Launch(const std::string& program, const std::string& arguments,
+                                 std::vector<int> answers = {})
+{
+    return LaunchIn(program, arguments, "", std::move(answers));
 }
 
 // Sets how Wine loads the named libraries in the programs of that name started from now

@@ -150,26 +150,28 @@ std::string IconOf(HWND box)
 
 // A task-modal box disables every other top-level window of its thread, not only its
 // owner: windows other than the box and its owner tell.
+struct Bystanders
+{
+    HWND box, owner;
+    int enabled = 0, disabled = 0;
+};
+
+BOOL CALLBACK CountBystander(HWND window, LPARAM p)
+{
+    auto* seen = reinterpret_cast<Bystanders*>(p);
+    // The system's input-method window is disabled from the start: it tells nothing.
+    char cls[8] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    if (window != seen->box && window != seen->owner && strcmp(cls, "IME") != 0)
+        ++(IsWindowEnabled(window) ? seen->enabled : seen->disabled);
+    return TRUE;
+}
+
 int TaskModal(HWND box)
 {
-    struct Bystanders
-    {
-        HWND box, owner;
-        int enabled = 0, disabled = 0;
-    } seen = {box, GetWindow(box, GW_OWNER)};
-    EnumThreadWindows(
-        GetWindowThreadProcessId(box, nullptr),
-        [](HWND window, LPARAM p) -> BOOL
-        {
-            auto* seen = reinterpret_cast<Bystanders*>(p);
-            // The system's input-method window is disabled from the start: it tells nothing.
-            char cls[8] = {};
-            GetClassNameA(window, cls, sizeof cls);
-            if (window != seen->box && window != seen->owner && strcmp(cls, "IME") != 0)
-                ++(IsWindowEnabled(window) ? seen->enabled : seen->disabled);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&seen));
+    Bystanders seen = {box, GetWindow(box, GW_OWNER)};
+    EnumThreadWindows(GetWindowThreadProcessId(box, nullptr), CountBystander,
+                      reinterpret_cast<LPARAM>(&seen));
     if (seen.enabled + seen.disabled == 0) return -1;
     return seen.enabled == 0 ? 1 : 0;
 }

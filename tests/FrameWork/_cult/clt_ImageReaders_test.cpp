@@ -12,34 +12,14 @@
 #include <vector>
 
 #include "support/memory_Stream.h"
+#include "support/test_Picture.h"
 
 namespace
 {
-using Bytes = std::vector<uint8_t>;
-
-Bytes ReadFile(const std::string& name)
-{
-    std::ifstream in(std::string(CLT_TEST_IMAGES) + "/" + name, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(in), {});
-}
-
-struct Picture
-{
-    int32_t w = 0, h = 0;
-    Bytes rgba; // rows top first
-    const uint8_t* At(int32_t x, int32_t y) const { return &rgba[(size_t(y) * w + x) * 4]; }
-};
-
-Picture ReadPam()
-{
-    Bytes pam = ReadFile("picture.pam");
-    std::string text(pam.begin(), pam.end());
-    Picture p;
-    size_t end = text.find("ENDHDR\n");
-    sscanf(text.c_str(), "P7\nWIDTH %d\nHEIGHT %d", &p.w, &p.h);
-    p.rgba.assign(pam.begin() + long(end + 7), pam.end());
-    return p;
-}
+using test_picture::Bytes;
+using test_picture::Picture;
+using test_picture::ReadFile;
+using test_picture::ReadPam;
 
 struct File
 {

@@ -81,6 +81,12 @@ TEST(CltString, FormatSetsTheFormattedLength)
     EXPECT_EQ(s.length(), 1023u);
     s.format("%s|%s", s.c_str(), "self"); // an argument may be the string itself
     EXPECT_EQ(s.length(), 1023u);
+    // Results of one character and of none.
+    EXPECT_EQ(s.format("%d", 7), 1);
+    EXPECT_STREQ(s.c_str(), "7");
+    EXPECT_EQ(s.length(), 1u);
+    EXPECT_EQ(s.format("%s", ""), 0);
+    EXPECT_STREQ(s.c_str(), "");
 }
 
 TEST(CltString, Concatenation)

@@ -110,12 +110,11 @@ TEST(CltSystem, ShellExecuteStartsAndWaits)
     ASSERT_TRUE(CopyInto(Join(ExeFolder(), "test_helper.exe"), root, "helper.exe"));
     std::string helper = Join(root, "helper.exe");
     {
-        // The shell reports the missing file itself, in a box of this process.
+        // The shell shows no box of its own: the caller reports the failure. (A box of
+        // the shell's would be modal: the call would return only once it was answered.)
         BoxWatcher watcher(GetCurrentProcessId(), {IDOK});
         EXPECT_FALSE(clt_ShellExecute(Join(root, "missing.exe").c_str(), "", root.c_str(), true));
-        Sleep(300);
-        std::vector<MessageBoxRecord> boxes = watcher.Stop();
-        EXPECT_EQ(boxes.size(), 1u);
+        EXPECT_TRUE(watcher.Stop().empty());
     }
     // With wait the helper has written its record when the call returns.
     EXPECT_TRUE(clt_ShellExecute(helper.c_str(), "one two", root.c_str(), true));

@@ -19,6 +19,7 @@
 #include "FrameWork/_cult/Source/clt_Window.h"
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
 #include "harness/wine_Harness.h"
+#include "support/test_Picture.h"
 
 namespace
 {
@@ -567,5 +568,61 @@ TEST(CltWindowRoot, TicksEveryFiftyMillisecondsSendsCommandsAndAsksForRepaints)
     EXPECT_EQ(update.bottom, 50);
     window.root = nullptr;
     DestroyWindow(window.Handle());
+}
+} // namespace
+
+// ---- skin images -----------------------------------------------------------------------
+
+namespace
+{
+// Skin files as the window loads them (through the readers into a 32-bit DIB section),
+// and as GDI then shows them: every pixel as in the picture the files were made from.
+TEST(SkinImages, ShowAsTheirFilesMeanThemWhateverTheStorageOrder)
+{
+    test_picture::Picture pic = test_picture::ReadPam();
+    ASSERT_EQ(pic.rgba.size(), size_t(pic.w) * pic.h * 4) << "picture.pam missing";
+    const char* files[] = {
+        "bmp24.bmp",
+        "bmp24_topdown.bmp",
+        "tga24_raw_TopLeft.tga",
+        "tga24_raw_TopRight.tga",
+        "tga24_raw_BottomLeft.tga",
+        "tga24_raw_BottomRight.tga",
+        "tga24_rle_TopLeft.tga",
+        "tga24_rle_TopRight.tga",
+        "tga24_rle_BottomLeft.tga",
+        "tga24_rle_BottomRight.tga",
+        "tga32_raw_TopLeft.tga",
+        "tga32_raw_TopRight.tga",
+        "tga32_raw_BottomLeft.tga",
+        "tga32_raw_BottomRight.tga",
+        "tga32_rle_TopLeft.tga",
+        "tga32_rle_TopRight.tga",
+        "tga32_rle_BottomLeft.tga",
+        "tga32_rle_BottomRight.tga",
+    };
+    for (const char* name : files)
+    {
+        SCOPED_TRACE(name);
+        CltImageRef image;
+        ASSERT_TRUE(image.LoadFile((std::string(CLT_TEST_IMAGES) + "/" + name).c_str()));
+        ASSERT_EQ(image.Width(), pic.w);
+        ASSERT_EQ(image.Height(), pic.h);
+        // What GDI shows: the image copied by BitBlt into a top-down section.
+        CltImageRef shown;
+        ASSERT_TRUE(shown.Create(pic.w, pic.h, OriginTopLeft));
+        BitBlt(shown.Context(), 0, 0, pic.w, pic.h, image.Context(), 0, 0, SRCCOPY);
+        GdiFlush();
+        bool alpha = name[3] == '3';
+        for (int32_t y = 0; y < pic.h; ++y)
+            for (int32_t x = 0; x < pic.w; ++x)
+            {
+                const uint8_t* want = pic.At(x, y);
+                uint32_t expected = uint32_t(want[0]) << 16 | uint32_t(want[1]) << 8 | want[2];
+                if (alpha) expected |= uint32_t(want[3]) << 24;
+                uint32_t got = Pixel(*shown.Image(), x, y) & (alpha ? 0xFFFFFFFF : 0xFFFFFF);
+                ASSERT_EQ(got, expected) << x << "," << y;
+            }
+    }
 }
 } // namespace

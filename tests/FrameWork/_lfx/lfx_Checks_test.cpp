@@ -9,6 +9,7 @@
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 #include "lfx_Fixture.h"
+#include "support/assert_Text.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
@@ -259,6 +260,11 @@ TEST(LfxChecks, DisplayProbeFillsTheListWhileItLives)
             if (c.devices == 3)
             {
                 EXPECT_STREQ(g_DisplayDevices.Records()[2].name, "Test Display 3");
+                // Every record carries its adapter's identifier whole.
+                for (size_t i = 0; i < 3; ++i)
+                    for (int k = 0; k < 16; ++k)
+                        EXPECT_EQ(g_DisplayDevices.Records()[i].guid[k], 0x10 * (i + 1) + k)
+                            << "device " << i << " byte " << k;
             }
         }
         EXPECT_TRUE(g_DisplayDevices.IsEmpty());
@@ -387,4 +393,85 @@ TEST(LfxActions, HelpRequestsNameTheLaunchersHelpFile)
     EXPECT_EQ(std::string(g_Env["LauncherDir"].c_str()), root);
     DestroyWindow(help);
     UnregisterClassA("MS_WINHELP", type.hInstance);
+}
+
+// A check that says no stops the launch: the game is not started. A restart for DirectX
+// closes the launcher instead of starting the game.
+TEST(LfxActions, LaunchStopsWhenACheckSaysNo)
+{
+    struct
+    {
+        const char* name;
+        const char* ram;
+        std::string settings; // [VokSetupTest]
+        std::vector<int> answers;
+        int result, restarts;
+    } cases[] = {
+        {"memory question declined", "64", "DirectXState=1\r\n", {IDNO}, 0, 0},
+        {"restart for DirectX",
+         "32",
+         "DirectXState=2\r\nDirectXInstall=1\r\n",
+         {IDYES, IDYES},
+         1,
+         1},
+        {"both checks pass", "32", "DirectXState=1\r\n", {}, 1, 0},
+    };
+    std::string root = Join(TestRoot(), "launch");
+    for (const auto& c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        demo::Ini ini("Launch");
+        ini.Set("SysCheck", "RAM", c.ram);
+        Prepare(root, ini, c.settings);
+        MakeFolders(Join(root, "DirectX"));
+        g_memory = {};
+        g_memory.dwTotalPhys = uint32_t(62.9 * 1048576);
+        g_memory.dwAvailPageFile = 0x7FFFFFFF;
+        std::string game = Join(root, "Game");
+        CopyInto(Join(ExeFolder(), "test_helper.exe"), game, "Tarn.exe");
+        g_Env.Set("ProductDir", game.c_str(), true);
+        g_Env.Set("ProductExe", Join(game, "Tarn.exe").c_str(), true);
+        int result = -2;
+        auto boxes = Answering(c.answers, [&] { result = g_LfxMain.LaunchProduct(0, true); });
+        EXPECT_EQ(result, c.result);
+        EXPECT_EQ(boxes.size(), c.answers.size());
+        EXPECT_EQ(g_restarts, c.restarts);
+        EXPECT_EQ(g_launcher.destroyed, c.restarts);
+        // Waited for: the record is there when the game was started.
+        bool started = c.result == 1 && c.restarts == 0;
+        EXPECT_EQ(ReadTextFile(Join(game, "Tarn.exe.log")),
+                  started ? "args=|cwd=" + game + "\n" : "");
+    }
+}
+
+// Runs only in a child copy of this program, started by the test below: the failed
+// assertion ends the process, so it cannot run in the test's own.
+TEST(LfxActions, ChildRunsTheUninstallerWithoutUninstallString)
+{
+    if (!GetEnvironmentVariableA("LFX_TEST_CHILD", nullptr, 0))
+        GTEST_SKIP() << "runs as the child of UninstallerWithoutUninstallStringIsFatal";
+    std::string root = Join(TestRoot(), "no-uninstall-string");
+    demo::Ini ini("NoUninstallString");
+    Prepare(root, ini);
+    demo::MarkInstalled(ini, root); // installed, but without UninstallString
+    g_LfxMain.RunUninstaller();
+    ADD_FAILURE() << "the assertion did not end the program";
+}
+
+TEST(LfxActions, UninstallerWithoutUninstallStringIsFatal)
+{
+    SetEnvironmentVariableA("LFX_TEST_CHILD", "1");
+    RunOptions run;
+    run.program = Join(ExeFolder(), "lfx_tests.exe");
+    run.arguments = "--gtest_filter=LfxActions.ChildRunsTheUninstallerWithoutUninstallString";
+    run.answers = {IDCANCEL};
+    RunResult r = RunProgram(run);
+    SetEnvironmentVariableA("LFX_TEST_CHILD", nullptr);
+    EXPECT_FALSE(r.timedOut);
+    EXPECT_EQ(r.exitCode, 0u); // the assertion's exit code, not a test failure's
+    ASSERT_EQ(r.boxes.size(), 1u);
+    EXPECT_EQ(r.boxes[0].title, "Guru meditation failure!");
+    EXPECT_EQ(r.boxes[0].text, expect::AssertText("!strUninstall.empty()",
+                                                  "FrameWork/_lfx/Source/lfx_System", 1044));
+    EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_RETRYCANCEL | MB_ICONHAND));
 }

@@ -93,6 +93,9 @@ TEST(LfxMainPages, LanguageChoosesOnePagePerName)
         {"INT", {&install, &launchInt, &launch, &help}, {"LAUNCH/INT", "INSTALL/", "HELP/"}},
         {"FR", {&install, &launch, &launchInt, &help}, {"INSTALL/", "LAUNCH/", "HELP/"}},
         {"FR,INT", {&install, &launch, &launchInt, &help}, {"LAUNCH/INT", "INSTALL/", "HELP/"}},
+        // An empty item in the middle asks for the untagged pages; the search goes on.
+        {"FR,,INT", {&install, &launchInt}, {"INSTALL/", "LAUNCH/INT"}},
+        {"FR,,INT", {&install, &launch, &launchInt, &help}, {"INSTALL/", "LAUNCH/", "HELP/"}},
         {"de,INT", {&launch, &launchInt, &launchDe}, {"LAUNCH/DE"}},
         {"INT ", {&launch, &launchInt}, {"LAUNCH/"}}, // items are not trimmed
         {"", {&install, &launchInt}, {"INSTALL/"}},   // a tag nobody asks for is never chosen
