@@ -1,12 +1,15 @@
 // LfxMain's page choice (PreInitializePages, FindPage) and navigation (ShowPage, GoBack)
 // with pages and a launcher of the test's own.
 #include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_State.h"
 #include "FrameWork/_lfx/Source/lfx_Launcher.h"
 #include "FrameWork/_lfx/Source/lfx_Page.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -150,4 +153,34 @@ TEST(LfxMainPages, ShowPageAndGoBackKeepAStack)
                                         "hide-forward HELP/", "show HELP/", "hide-back HELP/",
                                         "show HELP/", "hide-back HELP/", "show LAUNCH/",
                                         "hide-back LAUNCH/", "destroy window"}));
+}
+
+// Registrations reach LfxMain before its constructor runs (static construction order):
+// the constructor must leave every field that registration stores as it finds it. A
+// default member initialiser added to one of them would wipe every registration.
+TEST(LfxMainConstruction, TheConstructorKeepsWhatRegistrationStored)
+{
+    CltApp* app = clt_GetState()->m_pApp;
+    alignas(LfxMain) static unsigned char storage[sizeof(LfxMain)];
+    memset(storage, 0, sizeof storage);
+    LfxMain* early = reinterpret_cast<LfxMain*>(storage);
+    auto* pages = reinterpret_cast<LfxPageList*>(uintptr_t(0x1000));
+    auto* stack = reinterpret_cast<LfxPageList*>(uintptr_t(0x2000));
+    auto* launcher = reinterpret_cast<LfxLauncher*>(uintptr_t(0x3000));
+    auto* sink = reinterpret_cast<CltTraceWinSink*>(uintptr_t(0x4000));
+    auto* setup = reinterpret_cast<CVokSetup*>(uintptr_t(0x5000));
+    early->m_lstPages = pages;
+    early->m_lstPageStack = stack;
+    early->m_pLauncher = launcher;
+    early->m_pTraceWinSink = sink;
+    early->m_pVokSetup = setup;
+    early->m_hSetupDll = reinterpret_cast<void*>(uintptr_t(0x6000));
+    LfxMain* made = new (storage) LfxMain; // never destroyed: its fields are not its own
+    EXPECT_EQ(made->m_lstPages, pages);
+    EXPECT_EQ(made->m_lstPageStack, stack);
+    EXPECT_EQ(made->m_pLauncher, launcher);
+    EXPECT_EQ(made->m_pTraceWinSink, sink);
+    EXPECT_EQ(made->m_pVokSetup, setup);
+    EXPECT_EQ(made->m_hSetupDll, reinterpret_cast<void*>(uintptr_t(0x6000)));
+    clt_GetState()->m_pApp = app; // the new object recorded itself as the application
 }
