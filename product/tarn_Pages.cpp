@@ -4,6 +4,7 @@
 
 #include "../FrameWork/_cult/Source/clt_Environment.h"
 #include "../FrameWork/_cult/Source/clt_Init.h"
+#include "../FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "../FrameWork/_lfx/Source/lfx_DisplayProbe.h"
 #include "../FrameWork/_lfx/Source/lfx_Path.h"
 #include "../FrameWork/_lfx/Source/lfx_System.h"
@@ -48,14 +49,12 @@ bool CheckDirectXViaSetup()
 {
     HMODULE library = LoadLibraryA(JoinPath(g_Env["DataDir"], "\\VokSetup.dll").c_str());
     if (!library) return false;
-    auto entry = [library](const char* name)
-    { return reinterpret_cast<void*>(GetProcAddress(library, name)); };
-    if (auto startup = reinterpret_cast<PFN_VokSetup_Startup>(entry("VokSetup_Startup")))
+    if (auto startup = clt_GetEntry<PFN_VokSetup_Startup>(library, "VokSetup_Startup"))
         startup(g_Env["DataDir"].c_str());
     bool ready = false;
-    if (auto check = reinterpret_cast<PFN_VokSetup_CheckDirectX>(entry("VokSetup_CheckDirectX")))
+    if (auto check = clt_GetEntry<PFN_VokSetup_CheckDirectX>(library, "VokSetup_CheckDirectX"))
         ready = check() == 1;
-    if (auto shutdown = reinterpret_cast<PFN_VokSetup_Shutdown>(entry("VokSetup_Shutdown")))
+    if (auto shutdown = clt_GetEntry<PFN_VokSetup_Shutdown>(library, "VokSetup_Shutdown"))
         shutdown();
     FreeLibrary(library);
     return ready;

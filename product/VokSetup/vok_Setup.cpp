@@ -63,8 +63,7 @@ int ProbeDirectX()
     HMODULE ddraw = clt_LoadSystemLibrary("ddraw.dll");
     if (!ddraw) return 2;
     using CreateFn = HRESULT(WINAPI*)(GUID*, IDirectDraw**, IUnknown*);
-    auto create = reinterpret_cast<CreateFn>(
-        reinterpret_cast<void*>(GetProcAddress(ddraw, "DirectDrawCreate")));
+    auto create = clt_GetEntry<CreateFn>(ddraw, "DirectDrawCreate");
     int state = 2;
     IDirectDraw* dd = nullptr;
     if (create && SUCCEEDED(create(nullptr, &dd, nullptr)) && dd)
@@ -174,8 +173,7 @@ class DemoHardware final : public IVokHardware
         HMODULE ddraw = clt_LoadSystemLibrary("ddraw.dll");
         if (!ddraw) return;
         using EnumerateFn = HRESULT(WINAPI*)(LPDDENUMCALLBACKA, LPVOID);
-        auto enumerate = reinterpret_cast<EnumerateFn>(
-            reinterpret_cast<void*>(GetProcAddress(ddraw, "DirectDrawEnumerateA")));
+        auto enumerate = clt_GetEntry<EnumerateFn>(ddraw, "DirectDrawEnumerateA");
         if (enumerate) enumerate(OnDisplay, desc);
         FreeLibrary(ddraw);
     }

@@ -47,8 +47,7 @@ std::string Report()
     if (HMODULE ddraw = clt_LoadSystemLibrary("ddraw.dll"))
     {
         using EnumerateFn = HRESULT(WINAPI*)(LPDDENUMCALLBACKA, LPVOID);
-        if (auto enumerate = reinterpret_cast<EnumerateFn>(
-                reinterpret_cast<void*>(GetProcAddress(ddraw, "DirectDrawEnumerateA"))))
+        if (auto enumerate = clt_GetEntry<EnumerateFn>(ddraw, "DirectDrawEnumerateA"))
             enumerate(AddDisplay, &displays);
         FreeLibrary(ddraw);
     }
@@ -57,8 +56,7 @@ std::string Report()
     std::string directX = "unknown (no setup library)";
     if (HMODULE setup = LoadLibraryA((demo::OwnFolder() + "\\VokSetup.dll").c_str()))
     {
-        if (auto check = reinterpret_cast<PFN_VokSetup_CheckDirectX>(
-                reinterpret_cast<void*>(GetProcAddress(setup, "VokSetup_CheckDirectX"))))
+        if (auto check = clt_GetEntry<PFN_VokSetup_CheckDirectX>(setup, "VokSetup_CheckDirectX"))
             directX = check() == 1 ? "ready" : "not ready: please install DirectX";
         FreeLibrary(setup);
     }

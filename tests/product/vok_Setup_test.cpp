@@ -1,5 +1,6 @@
 // The demo setup library, loaded as the launcher loads it: its texts, its DirectX report
 // and installation, its display description, and the settings that tests use to steer it.
+#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 #include "harness/wine_Harness.h"
 #include "support/demo_Product.h"
@@ -13,11 +14,6 @@ using namespace harness;
 
 namespace
 {
-template <typename T> T Entry(HMODULE dll, const char* name)
-{
-    return reinterpret_cast<T>(reinterpret_cast<void*>(GetProcAddress(dll, name)));
-}
-
 // A data folder with the library and a setup.ini holding the given [VokSetupTest] lines.
 class SetupLibrary
 {
@@ -32,7 +28,7 @@ class SetupLibrary
         CopyInto(library, m_folder);
         WriteTextFile(Join(m_folder, "setup.ini"), "[VokSetupTest]\r\n" + testSettings);
         m_dll = LoadLibraryA(Join(m_folder, "VokSetup.dll").c_str());
-        auto getSetup = Entry<PFN_VokSetup_GetSetup>(m_dll, "VokSetup_GetSetup");
+        auto getSetup = clt_GetEntry<PFN_VokSetup_GetSetup>(m_dll, "VokSetup_GetSetup");
         if (getSetup) getSetup(m_folder.c_str(), &m_setup);
     }
     ~SetupLibrary()
@@ -45,7 +41,8 @@ class SetupLibrary
         VokDisplayDescription desc;
         memset(&desc, 0, sizeof desc);
         IVokHardware* hardware = nullptr;
-        auto setupHardware = Entry<PFN_VokSetup_HardwareSetup>(m_dll, "VokSetup_HardwareSetup");
+        auto setupHardware =
+            clt_GetEntry<PFN_VokSetup_HardwareSetup>(m_dll, "VokSetup_HardwareSetup");
         if (setupHardware && setupHardware(&hardware) && hardware)
         {
             hardware->DescribeDisplays(nullptr, GetModuleHandleA(nullptr), &desc);
@@ -55,9 +52,9 @@ class SetupLibrary
     }
     int CheckDirectX()
     {
-        auto startup = Entry<PFN_VokSetup_Startup>(m_dll, "VokSetup_Startup");
-        auto check = Entry<PFN_VokSetup_CheckDirectX>(m_dll, "VokSetup_CheckDirectX");
-        auto shutdown = Entry<PFN_VokSetup_Shutdown>(m_dll, "VokSetup_Shutdown");
+        auto startup = clt_GetEntry<PFN_VokSetup_Startup>(m_dll, "VokSetup_Startup");
+        auto check = clt_GetEntry<PFN_VokSetup_CheckDirectX>(m_dll, "VokSetup_CheckDirectX");
+        auto shutdown = clt_GetEntry<PFN_VokSetup_Shutdown>(m_dll, "VokSetup_Shutdown");
         if (!startup || !check || !shutdown) return -1;
         startup(m_folder.c_str());
         int result = check();

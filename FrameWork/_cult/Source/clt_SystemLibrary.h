@@ -1,7 +1,8 @@
 // Loading a library of the system (DirectX and the like) from the system folder only, never
 // from the program's or the current folder, so that a file of the same name planted beside
-// a program on removable media is never loaded in its place. Header-only, so that the
-// setup library and the helper programs use the same rule without the framework.
+// a program on removable media is never loaded in its place; and looking up a library's
+// entry as the function type it has. Header-only, so that the setup library and the helper
+// programs use the same rules without the framework. (Windows only.)
 #pragma once
 
 #include <windows.h>
@@ -16,4 +17,11 @@ inline HMODULE clt_LoadSystemLibrary(const char* name)
     strcat(path, "\\");
     strcat(path, name);
     return LoadLibraryA(path);
+}
+
+// The library's entry of that name as a function of type Fn, or null.
+template <typename Fn> Fn clt_GetEntry(HMODULE library, const char* name)
+{
+    return library ? reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(library, name)))
+                   : nullptr;
 }

@@ -37,8 +37,8 @@ CDisplayProbe::CDisplayProbe(const char* setupLibraryPath)
     HMODULE library = LoadLibraryA(setupLibraryPath);
     if (library)
     {
-        auto setupHardware = reinterpret_cast<PFN_VokSetup_HardwareSetup>(
-            reinterpret_cast<void*>(GetProcAddress(library, "VokSetup_HardwareSetup")));
+        auto setupHardware =
+            clt_GetEntry<PFN_VokSetup_HardwareSetup>(library, "VokSetup_HardwareSetup");
         if (setupHardware)
         {
             setupHardware(&m_pHardware);

@@ -251,8 +251,8 @@ int LfxMain::PreInitializeLauncher()
     m_hSetupDll = LoadLibraryA(JoinPath(g_Env["DataDir"], strSetupDll).c_str());
     // clang-format off
     CLT_ASSERT_AT(m_hSetupDll!=0, 227);
-    SetupEntry VokSetup_GetSetup{reinterpret_cast<PFN_VokSetup_GetSetup>(reinterpret_cast<void*>(
-        GetProcAddress(static_cast<HMODULE>(m_hSetupDll), "VokSetup_GetSetup")))};
+    SetupEntry VokSetup_GetSetup{clt_GetEntry<PFN_VokSetup_GetSetup>(
+        static_cast<HMODULE>(m_hSetupDll), "VokSetup_GetSetup")};
     CLT_ASSERT_AT(VokSetup_GetSetup!=0, 230);
     CLT_ASSERT_AT(VokSetup_GetSetup(g_Env["DataDir"],&m_pVokSetup), 231);
     // clang-format on
@@ -619,8 +619,7 @@ int LfxMain::CheckDirectSound()
         return 0;
     }
     using CreateFn = HRESULT(WINAPI*)(LPCGUID, LPDIRECTSOUND*, LPUNKNOWN);
-    auto create = reinterpret_cast<CreateFn>(
-        reinterpret_cast<void*>(GetProcAddress(dsound, "DirectSoundCreate")));
+    auto create = clt_GetEntry<CreateFn>(dsound, "DirectSoundCreate");
     if (!create)
     {
         ShowMessage(GetSetupString(0x5007).c_str(), MB_TASKMODAL | MB_ICONHAND);
@@ -630,9 +629,8 @@ int LfxMain::CheckDirectSound()
     LPDIRECTSOUND device = nullptr;
     if (FAILED(create(nullptr, &device, nullptr)) || !device)
     {
-        int answer =
-            ShowMessage(GetSetupString(0x5013).c_str(),
-                        MB_TASKMODAL | MB_ICONQUESTION | MB_YESNO | MB_DEFBUTTON2);
+        int answer = ShowMessage(GetSetupString(0x5013).c_str(),
+                                 MB_TASKMODAL | MB_ICONQUESTION | MB_YESNO | MB_DEFBUTTON2);
         FreeLibrary(dsound);
         return answer == IDYES;
     }
