@@ -1,14 +1,14 @@
 // CTarnLauncher: registration and the product hooks. The main window does not exist yet:
 // Run ends at once with exit code 0.
-#include "tarn_Launcher.h"
+#include "product/tarn_Launcher.h"
 
-#include "../FrameWork/_cult/Source/clt_Init.h"
-#include "../FrameWork/_cult/Source/clt_Keyword.h"
-#include "../FrameWork/_cult/Source/clt_Environment.h"
-#include "../FrameWork/_lfx/Source/lfx_DisplayProbe.h"
-#include "../FrameWork/_lfx/Source/lfx_Path.h"
-#include "../FrameWork/_lfx/Source/lfx_System.h"
-#include "tarn_Pages.h"
+#include "FrameWork/_cult/Source/clt_Init.h"
+#include "FrameWork/_cult/Source/clt_Keyword.h"
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
+#include "FrameWork/_lfx/Source/lfx_Path.h"
+#include "FrameWork/_lfx/Source/lfx_System.h"
+#include "product/tarn_Launch.h"
 
 #include <windows.h>
 
@@ -50,7 +50,5 @@ void CTarnLauncher::AppendVersion(CltString& text)
 int CTarnLauncher::PrepareLaunch(int, CltString&, CltString& folder)
 {
     folder = JoinPath(g_Env["LauncherDir"], "\\GameData");
-    SetCurrentDirectoryA(g_Env["SourceDir"].c_str());
-    CDisplayProbe probe(JoinPath(g_Env["DataDir"], "\\VokSetup.dll").c_str());
-    return CheckBeforeStart(nullptr, m_pMain) ? 1 : 0;
+    return PrepareGameStart(m_pMain) ? 1 : 0;
 }

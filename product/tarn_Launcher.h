@@ -2,7 +2,7 @@
 // launcher core calls. One static instance registers itself during static construction.
 #pragma once
 
-#include "../FrameWork/_lfx/Source/lfx_Launcher.h"
+#include "FrameWork/_lfx/Source/lfx_Launcher.h"
 
 class CTarnLauncher : public LfxLauncher
 {

@@ -3,7 +3,7 @@
 // of the definitions in tarn_Pages.cpp.
 #pragma once
 
-#include "../FrameWork/_lfx/Source/lfx_Page.h"
+#include "FrameWork/_lfx/Source/lfx_Page.h"
 
 #include <windows.h>
 
@@ -63,15 +63,3 @@ class CTarnOptionsPage : public LfxButtonPage
 
     int32_t m_bBusy = 0; // set while the uninstall question is open
 };
-
-// The product is the demo when [Startup] AppType of DataDir\setup.ini is exactly "Demo".
-bool IsDemoProduct();
-
-class LfxMain;
-// The checks before a game program starts: the sound device (the player may go on
-// without sound) and at least one display device. Messages are owned by 'owner'.
-bool CheckBeforeStart(HWND owner, LfxMain* main);
-// The demo's own DirectX check through the setup library's exports.
-bool CheckDirectXViaSetup();
-// Starts the game's second program, trnmp.exe, after the same checks.
-bool LaunchSecondProgram(LfxMain* main);

@@ -2,7 +2,7 @@
 // program under two names. It opens a window that says which program it is, with its
 // command line and working folder, and holds the game's mutex ([Mutex] Product of the
 // product's setup.ini) for as long as it runs, so that the launcher knows it runs.
-#include "demo_Common.h"
+#include "product/demo/demo_Common.h"
 
 namespace
 {

@@ -6,7 +6,7 @@
 //   Url.exe HOMEPAGE                 an address of [Links]
 // A key that setup.ini does not name, or a document that is missing, is reported in a
 // message box; the exit code is then 1.
-#include "demo_Common.h"
+#include "product/demo/demo_Common.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
 {

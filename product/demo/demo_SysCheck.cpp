@@ -1,7 +1,7 @@
 // Syscheck.exe: shows what the game needs to know about this machine (memory, paging
 // space, Windows version, display devices, DirectX) in a window, and ends when the
 // window is closed. The launcher waits for it.
-#include "demo_Common.h"
+#include "product/demo/demo_Common.h"
 
 #include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"

@@ -5,7 +5,7 @@
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "harness/wine_Harness.h"
 #include "product/tarn_Launcher.h"
-#include "product/tarn_Pages.h"
+#include "product/tarn_Launch.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // The application base (portable parts).
-#include "clt_App.h"
+#include "FrameWork/_cult/Source/clt_App.h"
 
-#include "clt_State.h"
-#include "clt_Trace.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_Trace.h"
 
 CltApp::CltApp()
 {

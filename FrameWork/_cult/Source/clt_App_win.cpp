@@ -1,10 +1,10 @@
 // The program entry and the start of the application on Windows.
-#include "clt_App.h"
+#include "FrameWork/_cult/Source/clt_App.h"
 
-#include "clt_CommandLine.h"
-#include "clt_Environment.h"
-#include "clt_State.h"
-#include "clt_Trace.h"
+#include "FrameWork/_cult/Source/clt_CommandLine.h"
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_Trace.h"
 
 #include <windows.h>
 

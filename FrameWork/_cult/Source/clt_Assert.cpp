@@ -1,8 +1,8 @@
 // Assertion texts (portable), and the failure path for builds without message boxes.
-#include "clt_Assert.h"
+#include "FrameWork/_cult/Source/clt_Assert.h"
 
-#include "clt_Environment.h"
-#include "clt_State.h"
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_State.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -6,7 +6,7 @@
 //   #define CLT_SOURCE "FrameWork/_cult/Source/clt_Environment"
 #pragma once
 
-#include "clt_String.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 [[noreturn]] void clt_AssertFailed(const char* expression, const char* file, int line);
 

@@ -1,6 +1,6 @@
 // The assertion boxes. Nothing is traced, no destructor runs and no window is closed
 // first: the process ends through ExitProcess (0) right after the boxes.
-#include "clt_Assert.h"
+#include "FrameWork/_cult/Source/clt_Assert.h"
 
 #include <windows.h>
 

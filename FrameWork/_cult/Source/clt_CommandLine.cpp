@@ -5,11 +5,11 @@
 // whatever it is, so "-A-B" stores A and stops at B. A character that begins no switch
 // ends the parse. Names and values are cut at 1023 characters; a switch with an empty name
 // is read and ignored.
-#include "clt_CommandLine.h"
+#include "FrameWork/_cult/Source/clt_CommandLine.h"
 
-#include "clt_Environment.h"
-#include "clt_State.h"
-#include "clt_Text.h"
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_Text.h"
 
 namespace
 {

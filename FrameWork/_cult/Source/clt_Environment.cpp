@@ -1,11 +1,11 @@
 // The environment (see clt_Environment.h) and its static instance g_Env.
-#include "clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_Environment.h"
 
-#include "clt_Assert.h"
-#include "clt_Init.h"
-#include "clt_State.h"
-#include "clt_Text.h"
-#include "clt_Trace.h"
+#include "FrameWork/_cult/Source/clt_Assert.h"
+#include "FrameWork/_cult/Source/clt_Init.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_Text.h"
+#include "FrameWork/_cult/Source/clt_Trace.h"
 
 #define CLT_SOURCE "FrameWork/_cult/Source/clt_Environment"
 

@@ -6,8 +6,8 @@
 // setting a name again replaces its value in place. Every Set is traced.
 #pragma once
 
-#include "clt_HashMap.h"
-#include "clt_String.h"
+#include "FrameWork/_cult/Source/clt_HashMap.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 class CltEnvironment
 {

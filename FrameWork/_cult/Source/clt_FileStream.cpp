@@ -1,5 +1,5 @@
 // CltFileStream (portable; see clt_FileStream.h).
-#include "clt_FileStream.h"
+#include "FrameWork/_cult/Source/clt_FileStream.h"
 
 const char* CltFileStream::ModeText(uint32_t mode, char out[4])
 {

@@ -4,8 +4,8 @@
 // (replacing a value keeps its place). Entries are not removed one by one.
 #pragma once
 
-#include "clt_IndexList.h"
-#include "clt_String.h"
+#include "FrameWork/_cult/Source/clt_IndexList.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 #include <cstring>
 

@@ -1,5 +1,5 @@
 // clt_GetKeywordValue (portable).
-#include "clt_Keyword.h"
+#include "FrameWork/_cult/Source/clt_Keyword.h"
 
 #include <cstring>
 

@@ -1,5 +1,5 @@
 // CltMemoryBlock (portable; see clt_MemoryBlock.h).
-#include "clt_MemoryBlock.h"
+#include "FrameWork/_cult/Source/clt_MemoryBlock.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // The static CltState instance (see clt_State.h for why its constructor touches so little).
-#include "clt_State.h"
+#include "FrameWork/_cult/Source/clt_State.h"
 
-#include "clt_Init.h"
+#include "FrameWork/_cult/Source/clt_Init.h"
 
 CltState::CltState()
 {

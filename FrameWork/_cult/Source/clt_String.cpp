@@ -1,7 +1,7 @@
 // CltString: shared, copy-on-write text blocks (see clt_String.h for the layout).
-#include "clt_String.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
-#include "clt_Text.h"
+#include "FrameWork/_cult/Source/clt_Text.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -3,7 +3,7 @@
 // a boolean and leaves the output untouched on failure.
 #pragma once
 
-#include "clt_String.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 #include <cstdint>
 #include <windows.h>

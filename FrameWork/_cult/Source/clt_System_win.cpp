@@ -1,5 +1,5 @@
 // System utilities (see clt_System.h).
-#include "clt_System.h"
+#include "FrameWork/_cult/Source/clt_System.h"
 
 namespace
 {

@@ -5,7 +5,7 @@
 // the width asks for and then the character itself as plain text. '#' puts 0x or 0X in
 // front of hexadecimal numbers without counting it in the width. A null text prints
 // "(null)". The output stops at 1023 characters; nothing beyond the buffer is written.
-#include "clt_Text.h"
+#include "FrameWork/_cult/Source/clt_Text.h"
 
 #include <cstdint>
 #include <cstring>

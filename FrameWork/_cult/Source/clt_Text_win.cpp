@@ -1,5 +1,5 @@
 // The system's own upper-casing and formatting, used by the framework on Windows.
-#include "clt_Text.h"
+#include "FrameWork/_cult/Source/clt_Text.h"
 
 #include <windows.h>
 

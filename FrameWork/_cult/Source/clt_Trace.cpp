@@ -1,9 +1,9 @@
 // clt_Trace and the sink base (portable). The sinks that reach the system are in
 // clt_Trace_win.cpp.
-#include "clt_Trace.h"
+#include "FrameWork/_cult/Source/clt_Trace.h"
 
-#include "clt_State.h"
-#include "clt_Text.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_Text.h"
 
 namespace
 {

@@ -1,9 +1,9 @@
 // The two trace sinks that reach outside the process, and the static debugger sink,
 // which is constructed last of all statics and so receives every text from the program
 // entry on. It is never destroyed, so tracing works until the process ends.
-#include "clt_Trace.h"
+#include "FrameWork/_cult/Source/clt_Trace.h"
 
-#include "clt_Init.h"
+#include "FrameWork/_cult/Source/clt_Init.h"
 
 #include <cstring>
 #include <windows.h>

@@ -1,11 +1,11 @@
 // The display-device list and CDisplayProbe (see lfx_DisplayProbe.h).
-#include "lfx_DisplayProbe.h"
+#include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
 
-#include "lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_System.h"
 
-#include "../../_cult/Source/clt_Init.h"
-#include "../../_cult/Source/clt_State.h"
-#include "../../_cult/Source/clt_SystemLibrary.h"
+#include "FrameWork/_cult/Source/clt_Init.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -7,7 +7,7 @@
 // empties the list again.
 #pragma once
 
-#include "lfx_VokSetup.h"
+#include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,7 +1,7 @@
 // The launcher base's default hooks.
-#include "lfx_Launcher.h"
+#include "FrameWork/_lfx/Source/lfx_Launcher.h"
 
-#include "../../_cult/Source/clt_Keyword.h"
+#include "FrameWork/_cult/Source/clt_Keyword.h"
 
 #include <cstdlib>
 

@@ -3,7 +3,7 @@
 // a product gets when it does not override a hook.
 #pragma once
 
-#include "../../_cult/Source/clt_String.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 class LfxMain;
 

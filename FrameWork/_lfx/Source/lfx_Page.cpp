@@ -1,6 +1,6 @@
 // Page defaults. Until the main window exists there is no window root to put buttons
 // on, so Show and Hide have nothing to create or remove.
-#include "lfx_Page.h"
+#include "FrameWork/_lfx/Source/lfx_Page.h"
 
 CltString LfxPage::GetVariant()
 {

@@ -6,7 +6,7 @@
 // never destroyed by anyone else.
 #pragma once
 
-#include "../../_cult/Source/clt_String.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 #include <cstdint>
 

@@ -1,5 +1,5 @@
 // JoinPath and NormaliseFolder (portable).
-#include "lfx_Path.h"
+#include "FrameWork/_lfx/Source/lfx_Path.h"
 
 CltString NormaliseFolder(const CltString& folder)
 {

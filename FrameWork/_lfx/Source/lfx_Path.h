@@ -2,7 +2,7 @@
 // backslash at the seam, and folders read from outside are normalised the same way.
 #pragma once
 
-#include "../../_cult/Source/clt_String.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 // Joins a folder and a name. An empty name gives the folder; an empty folder gives the
 // name as a folder ("E:" becomes "E:\", one trailing backslash is dropped otherwise).

@@ -1,19 +1,19 @@
 // LfxMain: registration, the start-up sequence, page choice and navigation, destruction.
-#include "lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_System.h"
 
-#include "lfx_Launcher.h"
-#include "lfx_Page.h"
-#include "lfx_VokSetup.h"
+#include "FrameWork/_lfx/Source/lfx_Launcher.h"
+#include "FrameWork/_lfx/Source/lfx_Page.h"
+#include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 
-#include "lfx_Path.h"
+#include "FrameWork/_lfx/Source/lfx_Path.h"
 
-#include "../../_cult/Source/clt_Assert.h"
-#include "../../_cult/Source/clt_Environment.h"
-#include "../../_cult/Source/clt_Init.h"
-#include "../../_cult/Source/clt_State.h"
-#include "../../_cult/Source/clt_System.h"
-#include "../../_cult/Source/clt_SystemLibrary.h"
-#include "../../_cult/Source/clt_Trace.h"
+#include "FrameWork/_cult/Source/clt_Assert.h"
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_Init.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_System.h"
+#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
+#include "FrameWork/_cult/Source/clt_Trace.h"
 
 #include <windows.h>
 

@@ -8,9 +8,9 @@
 // path ends with exit code 0.
 #pragma once
 
-#include "../../_cult/Source/clt_App.h"
-#include "../../_cult/Source/clt_IndexList.h"
-#include "../../_cult/Source/clt_String.h"
+#include "FrameWork/_cult/Source/clt_App.h"
+#include "FrameWork/_cult/Source/clt_IndexList.h"
+#include "FrameWork/_cult/Source/clt_String.h"
 
 #include <cstdint>
 #include <windows.h>

@@ -1,0 +1,65 @@
+// What the product does around starting its programs (see tarn_Launch.h).
+#include "product/tarn_Launch.h"
+
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
+#include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
+#include "FrameWork/_lfx/Source/lfx_Path.h"
+#include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_VokSetup.h"
+
+#include <cstring>
+
+bool IsDemoProduct()
+{
+    char appType[MAX_PATH] = {};
+    CltString ini = JoinPath(g_Env["DataDir"], "\\setup.ini");
+    GetPrivateProfileStringA("Startup", "AppType", "", appType, MAX_PATH, ini.c_str());
+    return strcmp(appType, "Demo") == 0;
+}
+
+bool CheckBeforeStart(HWND owner, LfxMain* main)
+{
+    CltString caption = main->GetSetupString(0xFF00);
+    if (!main->CheckDirectSound() &&
+        MessageBoxA(owner, main->GetSetupString(0x5013).c_str(), caption.c_str(),
+                    MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDNO)
+        return false;
+    if (g_DisplayDevices.IsEmpty())
+    {
+        MessageBoxA(owner, main->GetSetupString(0x7884).c_str(), caption.c_str(),
+                    MB_ICONEXCLAMATION);
+        return false;
+    }
+    return true;
+}
+
+bool CheckDirectXViaSetup()
+{
+    HMODULE library = LoadLibraryA(JoinPath(g_Env["DataDir"], "\\VokSetup.dll").c_str());
+    if (!library) return false;
+    if (auto startup = clt_GetEntry<PFN_VokSetup_Startup>(library, "VokSetup_Startup"))
+        startup(g_Env["DataDir"].c_str());
+    bool ready = false;
+    if (auto check = clt_GetEntry<PFN_VokSetup_CheckDirectX>(library, "VokSetup_CheckDirectX"))
+        ready = check() == 1;
+    if (auto shutdown = clt_GetEntry<PFN_VokSetup_Shutdown>(library, "VokSetup_Shutdown"))
+        shutdown();
+    FreeLibrary(library);
+    return ready;
+}
+
+bool PrepareGameStart(LfxMain* main)
+{
+    SetCurrentDirectoryA(g_Env["SourceDir"].c_str());
+    CDisplayProbe probe(JoinPath(g_Env["DataDir"], "\\VokSetup.dll").c_str());
+    return CheckBeforeStart(nullptr, main);
+}
+
+bool LaunchSecondProgram(LfxMain* main)
+{
+    if (!PrepareGameStart(main)) return false;
+    main->Execute("trnmp.exe", "", JoinPath(g_Env["LauncherDir"], "\\GameData").c_str(), true,
+                  false);
+    return true;
+}
