@@ -9,6 +9,8 @@
 
 #include <windows.h>
 
+#include "TraceWin/trace_Records.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,7 +23,7 @@ struct MessageBoxRecord
     std::string text;
     std::vector<int> buttons;             // control ids of the visible buttons, in id order
     std::vector<std::string> buttonTexts; // their captions, same order
-    std::string icon;     // "hand", "question", "exclamation", "asterisk", "other" or ""
+    std::string icon;      // "hand", "question", "exclamation", "asterisk", "other" or ""
     int defaultButton = 0; // the id of the default push button (the one Enter presses), or 0
     // Whether the box disabled the other top-level windows of its thread (task-modal): 1 or
     // 0, or -1 when its thread has no window besides the box and its owner to tell by.
@@ -129,13 +131,4 @@ bool SetRegString(const std::string& key, const std::string& name, const std::st
 bool SetRegDword(const std::string& key, const std::string& name, DWORD value);
 bool DeleteRegTree(const std::string& key);
 
-// Splits a TraceWin record file into its records.
-struct TraceWinRecord
-{
-    std::string windowTag;
-    unsigned long dwData = 0;
-    unsigned long cbData = 0;
-    std::string text; // unescaped
-};
-std::vector<TraceWinRecord> ReadTraceWinRecords(const std::string& path);
 } // namespace harness

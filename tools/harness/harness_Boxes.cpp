@@ -1,0 +1,328 @@
+// Message boxes of any process: found, read (title, text, buttons, default button, icon,
+// task-modality) and answered from outside, as a user would.
+#include "harness/wine_Harness.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <memory>
+#include <set>
+#include <thread>
+
+namespace harness
+{
+namespace
+{
+std::string WindowText(HWND window)
+{
+    char buffer[8192] = {};
+    DWORD_PTR copied = 0;
+    if (!SendMessageTimeoutA(window, WM_GETTEXT, sizeof buffer, reinterpret_cast<LPARAM>(buffer),
+                             SMTO_ABORTIFHUNG, 5000, &copied))
+        return std::string();
+    return std::string(buffer, copied);
+}
+
+std::string ClassOf(HWND window)
+{
+    char name[256] = {};
+    GetClassNameA(window, name, sizeof name);
+    return name;
+}
+
+struct BoxSearch
+{
+    DWORD pid;
+    std::set<HWND>* seen;
+    HWND found;
+};
+
+BOOL CALLBACK FindNewBox(HWND window, LPARAM param)
+{
+    auto* search = reinterpret_cast<BoxSearch*>(param);
+    DWORD pid = 0;
+    GetWindowThreadProcessId(window, &pid);
+    if (pid != search->pid || !IsWindowVisible(window)) return TRUE;
+    if (ClassOf(window) != "#32770" || search->seen->count(window)) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+
+BOOL CALLBACK CollectButton(HWND child, LPARAM param)
+{
+    auto* box = reinterpret_cast<std::vector<std::pair<int, HWND>>*>(param);
+    if (IsWindowVisible(child) && _stricmp(ClassOf(child).c_str(), "Button") == 0)
+        box->emplace_back(GetDlgCtrlID(child), child);
+    return TRUE;
+}
+
+struct KnownIcon
+{
+    LPCSTR id;
+    const char* name;
+};
+const KnownIcon kKnownIcons[] = {{IDI_HAND, "hand"},
+                                 {IDI_QUESTION, "question"},
+                                 {IDI_EXCLAMATION, "exclamation"},
+                                 {IDI_ASTERISK, "asterisk"}};
+
+// The pixels (0x00RRGGBB) of a w x h drawing made by draw on a memory bitmap.
+template <typename Draw> std::vector<DWORD> Pixels(int w, int h, Draw draw)
+{
+    HDC screen = GetDC(nullptr);
+    HDC dc = CreateCompatibleDC(screen);
+    HBITMAP bitmap = CreateCompatibleBitmap(screen, w, h);
+    HGDIOBJ old = SelectObject(dc, bitmap);
+    draw(dc, screen);
+    SelectObject(dc, old);
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    std::vector<DWORD> pixels(size_t(w) * h);
+    GetDIBits(dc, bitmap, 0, UINT(h), pixels.data(), &info, DIB_RGB_COLORS);
+    for (DWORD& p : pixels)
+        p &= 0xFFFFFF;
+    DeleteObject(bitmap);
+    DeleteDC(dc);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
+// Identifies the icon that a control shows on the screen: its pixels are compared with
+// each system icon drawn on the control's background (its top-left pixel, which an icon
+// leaves transparent). Used for other processes' boxes, whose icon handles mean nothing
+// here under Wine. Retries while the box is still being painted.
+std::string IconOnScreen(HWND control)
+{
+    RECT client;
+    GetClientRect(control, &client);
+    POINT origin = {0, 0};
+    ClientToScreen(control, &origin);
+    int w = client.right, h = client.bottom;
+    if (w <= 0 || h <= 0) return "other";
+    for (int attempt = 0; attempt < 40; ++attempt)
+    {
+        std::vector<DWORD> shown =
+            Pixels(w, h,
+                   [&](HDC dc, HDC screen)
+                   { BitBlt(dc, 0, 0, w, h, screen, origin.x, origin.y, SRCCOPY); });
+        DWORD background = shown[0];
+        for (const KnownIcon& k : kKnownIcons)
+        {
+            std::vector<DWORD> drawn = Pixels(
+                w, h,
+                [&](HDC dc, HDC)
+                {
+                    HBRUSH brush = CreateSolidBrush(
+                        RGB(GetBValue(background), GetGValue(background), GetRValue(background)));
+                    RECT all = {0, 0, w, h};
+                    FillRect(dc, &all, brush);
+                    DeleteObject(brush);
+                    DrawIcon(dc, 0, 0, LoadIconA(nullptr, k.id));
+                });
+            if (drawn == shown) return k.name;
+        }
+        Sleep(50);
+    }
+    return "other";
+}
+
+// The system icon that a box shows. The caller's own boxes are identified by the icon
+// handle; under Wine icon handles differ from process to process, so other processes'
+// boxes are identified by the icon's pixels on the screen.
+std::string IconOf(HWND box)
+{
+    HWND control = GetDlgItem(box, 0x0440); // the message box's icon control
+    if (!control || !IsWindowVisible(control)) return "";
+    DWORD_PTR icon = 0;
+    SendMessageTimeoutA(control, STM_GETICON, 0, 0, SMTO_ABORTIFHUNG, 5000, &icon);
+    if (!icon) return "";
+    DWORD owner = 0;
+    GetWindowThreadProcessId(box, &owner);
+    if (owner != GetCurrentProcessId()) return IconOnScreen(control);
+    for (const KnownIcon& k : kKnownIcons)
+        if (reinterpret_cast<DWORD_PTR>(LoadIconA(nullptr, k.id)) == icon) return k.name;
+    return "other";
+}
+
+// A task-modal box disables every other top-level window of its thread, not only its
+// owner: windows other than the box and its owner tell.
+struct Bystanders
+{
+    HWND box, owner;
+    int enabled = 0, disabled = 0;
+};
+
+BOOL CALLBACK CountBystander(HWND window, LPARAM p)
+{
+    auto* seen = reinterpret_cast<Bystanders*>(p);
+    // The system's input-method window is disabled from the start: it tells nothing.
+    char cls[8] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    if (window != seen->box && window != seen->owner && strcmp(cls, "IME") != 0)
+        ++(IsWindowEnabled(window) ? seen->enabled : seen->disabled);
+    return TRUE;
+}
+
+int TaskModal(HWND box)
+{
+    Bystanders seen = {box, GetWindow(box, GW_OWNER)};
+    EnumThreadWindows(GetWindowThreadProcessId(box, nullptr), CountBystander,
+                      reinterpret_cast<LPARAM>(&seen));
+    if (seen.enabled + seen.disabled == 0) return -1;
+    return seen.enabled == 0 ? 1 : 0;
+}
+
+// The default push button carries BS_DEFPUSHBUTTON (Wine's boxes do not answer
+// DM_GETDEFID as dialogs do).
+int DefaultButton(const std::vector<std::pair<int, HWND>>& buttons)
+{
+    for (const auto& [id, window] : buttons)
+        if ((GetWindowLongA(window, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON) return id;
+    return 0;
+}
+
+MessageBoxRecord ReadBox(HWND box)
+{
+    MessageBoxRecord record;
+    record.title = WindowText(box);
+    record.icon = IconOf(box);
+    record.taskModal = TaskModal(box);
+    if (HWND text = GetDlgItem(box, 0xFFFF)) record.text = WindowText(text);
+    std::vector<std::pair<int, HWND>> buttons;
+    EnumChildWindows(box, CollectButton, reinterpret_cast<LPARAM>(&buttons));
+    std::sort(buttons.begin(), buttons.end());
+    record.defaultButton = DefaultButton(buttons);
+    for (auto& [id, window] : buttons)
+    {
+        record.buttons.push_back(id);
+        record.buttonTexts.push_back(WindowText(window));
+    }
+    return record;
+}
+
+// Clicks the button like a user: the button receives BM_CLICK in its own thread.
+void Click(HWND box, int id)
+{
+    HWND button = GetDlgItem(box, id);
+    if (button)
+        PostMessageA(button, BM_CLICK, 0, 0);
+    else
+        PostMessageA(box, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0);
+}
+} // namespace
+
+struct BoxWatcher::State
+{
+    DWORD pid;
+    std::vector<int> answers;
+    std::function<void(const MessageBoxRecord&)> onBox;
+    std::vector<MessageBoxRecord> boxes;
+    std::atomic<bool> stop{false};
+    std::thread thread;
+};
+
+BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
+                       std::function<void(const MessageBoxRecord&)> onBox)
+    : m_state(new State)
+{
+    m_state->pid = processId;
+    m_state->answers = std::move(answers);
+    m_state->onBox = std::move(onBox);
+    State* st = m_state;
+    st->thread = std::thread(
+        [st]
+        {
+            std::set<HWND> seen;
+            size_t next = 0;
+            while (!st->stop)
+            {
+                BoxSearch search{st->pid, &seen, nullptr};
+                EnumWindows(FindNewBox, reinterpret_cast<LPARAM>(&search));
+                if (search.found)
+                {
+                    seen.insert(search.found);
+                    Sleep(50); // let the box finish setting up its controls
+                    MessageBoxRecord record = ReadBox(search.found);
+                    if (next < st->answers.size())
+                        record.answer = st->answers[next++];
+                    else
+                    {
+                        record.scripted = false;
+                        record.answer = record.buttons.empty() ? IDCANCEL : record.buttons.back();
+                    }
+                    if (st->onBox) st->onBox(record);
+                    Click(search.found, record.answer);
+                    st->boxes.push_back(record);
+                }
+                Sleep(20);
+            }
+        });
+}
+
+std::vector<MessageBoxRecord> BoxWatcher::Stop()
+{
+    if (m_state->thread.joinable())
+    {
+        m_state->stop = true;
+        m_state->thread.join();
+    }
+    return m_state->boxes;
+}
+
+BoxWatcher::~BoxWatcher()
+{
+    Stop();
+    delete m_state;
+}
+
+namespace
+{
+struct TitleSearch
+{
+    const char* title;
+    HWND found;
+};
+
+BOOL CALLBACK FindTitledBox(HWND window, LPARAM param)
+{
+    auto* search = reinterpret_cast<TitleSearch*>(param);
+    if (!IsWindowVisible(window) || ClassOf(window) != "#32770") return TRUE;
+    if (WindowText(window) != search->title) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+} // namespace
+
+HWND FindMessageBox(const char* title)
+{
+    TitleSearch search{title, nullptr};
+    EnumWindows(FindTitledBox, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+UINT StyleOf(const MessageBoxRecord& box)
+{
+    // The button sets in the order the box shows them, by their style value.
+    static const std::vector<int> kTypes[] = {
+        {IDOK},        {IDOK, IDCANCEL},   {IDABORT, IDRETRY, IDIGNORE}, {IDYES, IDNO, IDCANCEL},
+        {IDYES, IDNO}, {IDRETRY, IDCANCEL}};
+    static const std::pair<const char*, UINT> kIcons[] = {{"hand", MB_ICONHAND},
+                                                          {"question", MB_ICONQUESTION},
+                                                          {"exclamation", MB_ICONEXCLAMATION},
+                                                          {"asterisk", MB_ICONASTERISK}};
+    UINT style = 0xF; // no known button set
+    for (UINT type = 0; type < 6; ++type)
+    {
+        std::vector<int> sorted = kTypes[type];
+        std::sort(sorted.begin(), sorted.end());
+        if (sorted != box.buttons) continue;
+        style = type;
+        for (size_t i = 0; i < kTypes[type].size(); ++i)
+            if (kTypes[type][i] == box.defaultButton) style |= UINT(i) << 8;
+    }
+    for (const auto& [name, value] : kIcons)
+        if (box.icon == name) style |= value;
+    if (box.taskModal == 1) style |= MB_TASKMODAL;
+    return style;
+}
+} // namespace harness
