@@ -1,6 +1,7 @@
 // What the product does around starting its programs (see tarn_Launch.h).
 #include "product/tarn_Launch.h"
 
+#include "FrameWork/_lfx/Source/lfx_EnvNames.h"
 #include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
@@ -13,7 +14,7 @@
 bool IsDemoProduct()
 {
     char appType[MAX_PATH] = {};
-    CltString ini = JoinPath(g_Env["DataDir"], "\\setup.ini");
+    CltString ini = JoinPath(g_Env[lfx_env::DataDir], "\\setup.ini");
     GetPrivateProfileStringA("Startup", "AppType", "", appType, MAX_PATH, ini.c_str());
     return strcmp(appType, "Demo") == 0;
 }
@@ -36,10 +37,10 @@ bool CheckBeforeStart(HWND owner, LfxMain* main)
 
 bool CheckDirectXViaSetup()
 {
-    HMODULE library = LoadLibraryA(JoinPath(g_Env["DataDir"], "\\VokSetup.dll").c_str());
+    HMODULE library = LoadLibraryA(JoinPath(g_Env[lfx_env::DataDir], "\\VokSetup.dll").c_str());
     if (!library) return false;
     if (auto startup = clt_GetEntry<PFN_VokSetup_Startup>(library, "VokSetup_Startup"))
-        startup(g_Env["DataDir"].c_str());
+        startup(g_Env[lfx_env::DataDir].c_str());
     bool ready = false;
     if (auto check = clt_GetEntry<PFN_VokSetup_CheckDirectX>(library, "VokSetup_CheckDirectX"))
         ready = check() == 1;
@@ -51,15 +52,15 @@ bool CheckDirectXViaSetup()
 
 bool PrepareGameStart(LfxMain* main)
 {
-    SetCurrentDirectoryA(g_Env["SourceDir"].c_str());
-    CDisplayProbe probe(JoinPath(g_Env["DataDir"], "\\VokSetup.dll").c_str());
+    SetCurrentDirectoryA(g_Env[lfx_env::SourceDir].c_str());
+    CDisplayProbe probe(JoinPath(g_Env[lfx_env::DataDir], "\\VokSetup.dll").c_str());
     return CheckBeforeStart(nullptr, main);
 }
 
 bool LaunchSecondProgram(LfxMain* main)
 {
     if (!PrepareGameStart(main)) return false;
-    main->Execute("trnmp.exe", "", JoinPath(g_Env["LauncherDir"], "\\GameData").c_str(), true,
+    main->Execute("trnmp.exe", "", JoinPath(g_Env[lfx_env::LauncherDir], "\\GameData").c_str(), true,
                   false);
     return true;
 }

@@ -2,6 +2,7 @@
 // Run ends at once with exit code 0.
 #include "product/tarn_Launcher.h"
 
+#include "FrameWork/_lfx/Source/lfx_EnvNames.h"
 #include "FrameWork/_cult/Source/clt_Init.h"
 #include "FrameWork/_cult/Source/clt_Keyword.h"
 #include "FrameWork/_cult/Source/clt_Environment.h"
@@ -49,6 +50,6 @@ void CTarnLauncher::AppendVersion(CltString& text)
 // after the sound-device question and the display-device test.
 int CTarnLauncher::PrepareLaunch(int, CltString&, CltString& folder)
 {
-    folder = JoinPath(g_Env["LauncherDir"], "\\GameData");
+    folder = JoinPath(g_Env[lfx_env::LauncherDir], "\\GameData");
     return PrepareGameStart(m_pMain) ? 1 : 0;
 }

@@ -1,6 +1,8 @@
 // LfxMain: registration, the start-up sequence, page choice and navigation, destruction.
 #include "FrameWork/_lfx/Source/lfx_System.h"
 
+#include "FrameWork/_lfx/Source/lfx_EnvNames.h"
+
 #include "FrameWork/_lfx/Source/lfx_Launcher.h"
 #include "FrameWork/_lfx/Source/lfx_Page.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
@@ -147,7 +149,7 @@ int LfxMain::GetIniString(const char* section, const char* key, CltString& out)
 {
     Trace("\tGetIniString - Section [%s] Key [%s] - ", section, key);
     char value[MAX_PATH] = {};
-    if (GetPrivateProfileStringA(section, key, "", value, MAX_PATH, g_Env["IniPath"].c_str()) > 0)
+    if (GetPrivateProfileStringA(section, key, "", value, MAX_PATH, g_Env[lfx_env::IniPath].c_str()) > 0)
     {
         clt_Trace("Success [%s]\n", value);
         out = value;
@@ -162,7 +164,7 @@ int LfxMain::GetIniDWORD(const char* section, const char* key, int32_t& out)
     Trace("\tGetIniDWORD - Section [%s] Key [%s] - ", section, key);
     // 123456 stands for a missing key, so a key that holds exactly 123456 reads as missing.
     int32_t value =
-        static_cast<int32_t>(GetPrivateProfileIntA(section, key, 123456, g_Env["IniPath"].c_str()));
+        static_cast<int32_t>(GetPrivateProfileIntA(section, key, 123456, g_Env[lfx_env::IniPath].c_str()));
     if (value == 123456)
     {
         clt_Trace("Fail\n");
@@ -184,7 +186,7 @@ CltString LfxMain::GetLauncherDir()
 {
     if (m_dwOptions & LFX_OPT_DEBUG_DIR)
     {
-        const CltString& debug = g_Env["Debug"];
+        const CltString& debug = g_Env[lfx_env::Debug];
         if (!debug.empty()) return debug;
         char current[MAX_PATH] = {};
         GetCurrentDirectoryA(MAX_PATH, current);
@@ -205,11 +207,11 @@ int LfxMain::PreInitializeLauncher()
         g_Env.Has("DEBUG", 0x0A) | g_Env.Has("I", 4) | g_Env.Has("V", 3) | g_Env.Has("Y", 2);
     Trace("m_dwOptions is [0x%08x]\n", m_dwOptions);
     m_hMutex = nullptr;
-    g_Env.Set("LauncherDir", GetLauncherDir().c_str(), true);
-    if (!g_Env.Has("ANCHOR", 1)) g_Env.Set("Anchor", "Install", true);
+    g_Env.Set(lfx_env::LauncherDir, GetLauncherDir().c_str(), true);
+    if (!g_Env.Has("ANCHOR", 1)) g_Env.Set(lfx_env::Anchor, "Install", true);
     if (m_pLauncher) m_pLauncher->OnDataDirHook();
-    g_Env.Set("DataDir", JoinPath(g_Env["LauncherDir"], g_Env["Anchor"]).c_str(), true);
-    g_Env.Set("IniPath", JoinPath(g_Env["DataDir"], "setup.ini").c_str(), true);
+    g_Env.Set(lfx_env::DataDir, JoinPath(g_Env[lfx_env::LauncherDir], g_Env[lfx_env::Anchor]).c_str(), true);
+    g_Env.Set(lfx_env::IniPath, JoinPath(g_Env[lfx_env::DataDir], "setup.ini").c_str(), true);
     // The asserted expressions are reported as written: keep the formatter away from them.
     // clang-format off
     CLT_ASSERT_AT(clt_IsDirectoryPresent(g_Env["DataDir"]), 173);
@@ -220,9 +222,9 @@ int LfxMain::PreInitializeLauncher()
     GetIniString("Registry", "Company", company);
     GetIniString("Registry", "Product", product);
     GetIniString("Registry", "Version", version);
-    g_Env.Set("RegistryFolder",
+    g_Env.Set(lfx_env::RegistryFolder,
               JoinPath(JoinPath(JoinPath("Software", company), product), version).c_str(), true);
-    const CltString registryFolder = g_Env["RegistryFolder"];
+    const CltString registryFolder = g_Env[lfx_env::RegistryFolder];
 
     clt_RegGetDword(HKEY_LOCAL_MACHINE, registryFolder.c_str(), "Installed", m_dwInstalled);
     if (m_dwInstalled == 1) return 0;
@@ -235,20 +237,20 @@ int LfxMain::PreInitializeLauncher()
 
     CltString installDir, launcherName, directXVersion, directXUrl, strSetupDll;
     clt_RegGetString(HKEY_LOCAL_MACHINE, registryFolder.c_str(), "Install Path", installDir);
-    g_Env.Set("InstallDir", installDir.c_str(), false);
+    g_Env.Set(lfx_env::InstallDir, installDir.c_str(), false);
     GetIniString("Files", "Launcher", launcherName);
-    g_Env.Set("LauncherName", launcherName.c_str(), true);
+    g_Env.Set(lfx_env::LauncherName, launcherName.c_str(), true);
     GetIniString("Startup", "DirectXVer", directXVersion);
-    g_Env.Set("DirectXVersion", directXVersion.c_str(), true);
+    g_Env.Set(lfx_env::DirectXVersion, directXVersion.c_str(), true);
     GetIniString("Url", "DirectX", directXUrl);
-    g_Env.Set("DirectXUrl", directXUrl.c_str(), false);
+    g_Env.Set(lfx_env::DirectXUrl, directXUrl.c_str(), false);
     GetIniDWORD("Startup", "Disks", m_nDisks);
     Trace("m_nDisks is [%d]\n", m_nDisks);
     GetIniString("Files", "SetupDll", strSetupDll);
     Trace("strSetupDll is [%s]\n", strSetupDll.c_str());
 
     // The setup library is the one library loaded from the data folder, by its full path.
-    m_hSetupDll = LoadLibraryA(JoinPath(g_Env["DataDir"], strSetupDll).c_str());
+    m_hSetupDll = LoadLibraryA(JoinPath(g_Env[lfx_env::DataDir], strSetupDll).c_str());
     // clang-format off
     CLT_ASSERT_AT(m_hSetupDll!=0, 227);
     SetupEntry VokSetup_GetSetup{clt_GetEntry<PFN_VokSetup_GetSetup>(
@@ -257,10 +259,10 @@ int LfxMain::PreInitializeLauncher()
     CLT_ASSERT_AT(VokSetup_GetSetup(g_Env["DataDir"],&m_pVokSetup), 231);
     // clang-format on
 
-    g_Env.Set("ProductName", GetSetupString(0xFF00).c_str(), true);
-    g_Env.Set("MediaName", GetSetupString(0xFF00).c_str(), true);
-    g_Env.Set("Language", GetSetupString(0xFFF0).c_str(), true);
-    g_Env.Set("CharacterSet", GetSetupString(0xFF04).c_str(), true);
+    g_Env.Set(lfx_env::ProductName, GetSetupString(0xFF00).c_str(), true);
+    g_Env.Set(lfx_env::MediaName, GetSetupString(0xFF00).c_str(), true);
+    g_Env.Set(lfx_env::Language, GetSetupString(0xFFF0).c_str(), true);
+    g_Env.Set(lfx_env::CharacterSet, GetSetupString(0xFF04).c_str(), true);
     BuildVersionText();
     Trace("PreInitializeLauncher completed.\n");
     return 1;
@@ -289,10 +291,10 @@ bool LfxMain::IsInstalledLauncherRunning(const CltString& installedLauncher)
 
 int LfxMain::DetermineLauncherState()
 {
-    if (m_dwInstalled != 2 || g_Env["InstallDir"].empty())
+    if (m_dwInstalled != 2 || g_Env[lfx_env::InstallDir].empty())
     {
         m_dwState = LFX_STATE_NOT_INSTALLED;
-        g_Env.Set("SourceDir", g_Env["LauncherDir"].c_str(), true);
+        g_Env.Set(lfx_env::SourceDir, g_Env[lfx_env::LauncherDir].c_str(), true);
         Trace("m_dwState is [%d]\n", m_dwState);
         return 1;
     }
@@ -302,31 +304,31 @@ int LfxMain::DetermineLauncherState()
     Trace("strFilProduct is [%s].\n", strFilProduct.c_str());
     GetIniString("Folders", "Product", strFilDir);
     Trace("strFilDir is [%s].\n", strFilDir.c_str());
-    g_Env.Set("ProductDir", JoinPath(g_Env["InstallDir"], strFilDir).c_str(), true);
-    g_Env.Set("ProductExe", JoinPath(g_Env["ProductDir"], strFilProduct).c_str(), true);
+    g_Env.Set(lfx_env::ProductDir, JoinPath(g_Env[lfx_env::InstallDir], strFilDir).c_str(), true);
+    g_Env.Set(lfx_env::ProductExe, JoinPath(g_Env[lfx_env::ProductDir], strFilProduct).c_str(), true);
     CltString comparing;
     g_Env.Expand(comparing,
                  "Comparing LauncherDir [$[LauncherDir]] and InstallDir [$[InstallDir]].\n");
     Trace("%s", comparing.c_str());
 
-    CltString installedLauncher = JoinPath(g_Env["InstallDir"], g_Env["LauncherName"]);
+    CltString installedLauncher = JoinPath(g_Env[lfx_env::InstallDir], g_Env[lfx_env::LauncherName]);
     if (clt_IsFilePresent(installedLauncher) &&
-        lstrcmpiA(g_Env["LauncherDir"].c_str(), g_Env["InstallDir"].c_str()) != 0 &&
+        lstrcmpiA(g_Env[lfx_env::LauncherDir].c_str(), g_Env[lfx_env::InstallDir].c_str()) != 0 &&
         !(m_dwOptions & LFX_OPT_NO_HANDOVER) && !IsInstalledLauncherRunning(installedLauncher))
     {
         Trace("Launcher is running from CD. Transferring to HD.\n");
-        Execute(installedLauncher.c_str(), "", g_Env["InstallDir"].c_str(), true, false);
+        Execute(installedLauncher.c_str(), "", g_Env[lfx_env::InstallDir].c_str(), true, false);
         return 0;
     }
     Trace("Launcher is running from HD or in debug mode.\n");
     m_dwState = g_Env.Has("UNINSTALL", 1) ? LFX_STATE_UNINSTALL : LFX_STATE_INSTALLED;
 
     CltString source;
-    clt_RegGetString(HKEY_LOCAL_MACHINE, g_Env["RegistryFolder"].c_str(), "Source Dir", source);
+    clt_RegGetString(HKEY_LOCAL_MACHINE, g_Env[lfx_env::RegistryFolder].c_str(), "Source Dir", source);
     // An installation that did not record where it came from counts as installed from its
     // own folder, so that the launcher still starts.
-    if (source.empty()) source = g_Env["InstallDir"];
-    g_Env.Set("SourceDir", NormaliseFolder(source).c_str(), true);
+    if (source.empty()) source = g_Env[lfx_env::InstallDir];
+    g_Env.Set(lfx_env::SourceDir, NormaliseFolder(source).c_str(), true);
     Trace("m_dwState is [%d]\n", m_dwState);
     return 1;
 }
@@ -366,7 +368,7 @@ int LfxMain::PreInitializePages()
 {
     if (!g_lstRegisteredPages || g_lstRegisteredPages->IsEmpty()) return 1;
     m_strVersion += "\nPages:\n";
-    CltString list = g_Env["Language"];
+    CltString list = g_Env[lfx_env::Language];
     for (LfxPage* page = FindPage(list); page; page = FindPage(list))
     {
         m_lstPages->PushBack(page);
@@ -441,7 +443,7 @@ int LfxMain::PreCreateLauncher()
 
 int LfxMain::ShowMessage(const char* text, uint32_t flags)
 {
-    return MessageBoxA(nullptr, text, g_Env["ProductName"].c_str(), flags);
+    return MessageBoxA(nullptr, text, g_Env[lfx_env::ProductName].c_str(), flags);
 }
 
 void(WINAPI* g_pfnLfxGlobalMemoryStatus)(LPMEMORYSTATUS) = GlobalMemoryStatus;
@@ -452,7 +454,7 @@ int LfxMain::PlaySoundByName(const CltString& name, bool wait)
     PlaySoundA(nullptr, static_cast<HMODULE>(clt_GetState()->m_hInstance), SND_PURGE);
     if (!name.empty())
     {
-        CltString file = JoinPath(g_Env["DataDir"], name) + ".wav";
+        CltString file = JoinPath(g_Env[lfx_env::DataDir], name) + ".wav";
         PlaySoundA(file.c_str(), nullptr, SND_FILENAME | (wait ? SND_SYNC : SND_ASYNC));
     }
     return 1;
@@ -473,11 +475,11 @@ int LfxMain::LaunchProduct(int value, bool wait)
     if (directX == -1) return 1;
     if (directX == 0) return 0;
     CltString parameters;
-    CltString folder = g_Env["ProductDir"];
+    CltString folder = g_Env[lfx_env::ProductDir];
     if (folder.length() > 3 && folder.c_str()[folder.length() - 1] == '\\')
         folder = folder.mid(0, int(folder.length()) - 1);
     if (m_pLauncher && !m_pLauncher->PrepareLaunch(value, parameters, folder)) return 0;
-    return Execute(g_Env["ProductExe"].c_str(), parameters.c_str(), folder.c_str(), true, wait);
+    return Execute(g_Env[lfx_env::ProductExe].c_str(), parameters.c_str(), folder.c_str(), true, wait);
 }
 
 int LfxMain::RunInstaller()
@@ -485,17 +487,17 @@ int LfxMain::RunInstaller()
     if (m_pLauncher && !m_pLauncher->CanInstall()) return 0;
     CltString installerName, parameters;
     GetIniString("Files", "Installer", installerName);
-    CltString installer = JoinPath(g_Env["DataDir"], installerName);
+    CltString installer = JoinPath(g_Env[lfx_env::DataDir], installerName);
     GetIniString("Files", "CmdLine", parameters);
     if (!CheckMedia()) return 0;
-    return Execute(installer.c_str(), parameters.c_str(), g_Env["LauncherDir"].c_str(), true,
+    return Execute(installer.c_str(), parameters.c_str(), g_Env[lfx_env::LauncherDir].c_str(), true,
                    false);
 }
 
 int LfxMain::RunUninstaller()
 {
     CltString strUninstall;
-    clt_RegGetString(HKEY_LOCAL_MACHINE, g_Env["RegistryFolder"].c_str(), "UninstallString",
+    clt_RegGetString(HKEY_LOCAL_MACHINE, g_Env[lfx_env::RegistryFolder].c_str(), "UninstallString",
                      strUninstall);
     // clang-format off
     CLT_ASSERT_AT(!strUninstall.empty(), 1044);
@@ -517,25 +519,25 @@ int LfxMain::RunUninstaller()
 
 int LfxMain::RunSysCheck()
 {
-    Execute("Syscheck.exe", "", g_Env["DataDir"].c_str(), true, true);
+    Execute("Syscheck.exe", "", g_Env[lfx_env::DataDir].c_str(), true, true);
     return 1;
 }
 
 int LfxMain::OpenUrl(const char* key)
 {
-    return Execute("Url.exe", key, g_Env["DataDir"].c_str(), true, false);
+    return Execute("Url.exe", key, g_Env[lfx_env::DataDir].c_str(), true, false);
 }
 
 int LfxMain::OpenDocument(const char* key)
 {
-    return Execute("Doc.exe", key, g_Env["DataDir"].c_str(), true, false);
+    return Execute("Doc.exe", key, g_Env[lfx_env::DataDir].c_str(), true, false);
 }
 
 int LfxMain::CallWinHelp(uint32_t command, uintptr_t data)
 {
     CltString help, file;
     GetIniString("Documentation", "Help", help);
-    file = JoinPath(g_Env["LauncherDir"], help);
+    file = JoinPath(g_Env[lfx_env::LauncherDir], help);
     WinHelpA(nullptr, file.c_str(), command, data);
     return 1;
 }
@@ -592,7 +594,7 @@ int LfxMain::CheckDirectX()
         CLT_ASSERT_AT(GetIniString(SCT_FOLDERS,VAL_DIRECTX,strDirectX), 1198);
         // clang-format on
     }
-    CltString folder = JoinPath(g_Env["SourceDir"], strDirectX);
+    CltString folder = JoinPath(g_Env[lfx_env::SourceDir], strDirectX);
     if (!clt_IsDirectoryPresent(folder))
     {
         MessageBoxA(GetFocus(), GetSetupString(0xD047).c_str(), GetSetupString(0x7800).c_str(),
@@ -655,7 +657,7 @@ int LfxMain::CheckMedia()
     UINT message = (m_nDisks == 0 || m_nDisks == 1) ? 0x5002 : 0x5003;
     for (;;)
     {
-        CltString root = g_Env["SourceDir"];
+        CltString root = g_Env[lfx_env::SourceDir];
         if (root.length() < 3)
             root += "\\";
         else if (root.length() > 3)
@@ -667,8 +669,8 @@ int LfxMain::CheckMedia()
             if (label.length() < uint32_t(lstrlenA(volume))) volume[label.length()] = 0;
             if (lstrcmpiA(volume, label.c_str()) == 0)
             {
-                CltString launcher = JoinPath(g_Env["SourceDir"], g_Env["LauncherName"]);
-                if (lstrcmpiA(launcher.c_str(), g_Env["ModuleFileName"].c_str()) == 0 ||
+                CltString launcher = JoinPath(g_Env[lfx_env::SourceDir], g_Env[lfx_env::LauncherName]);
+                if (lstrcmpiA(launcher.c_str(), g_Env[lfx_env::ModuleFileName].c_str()) == 0 ||
                     clt_IsFilePresent(launcher))
                     return 1;
             }
