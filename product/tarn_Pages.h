@@ -1,6 +1,7 @@
 // The product's pages: INSTALL, LAUNCH (untagged and "INT"), HELP and OPTIONS. Each is
 // one static instance that registers itself; the registration order is fixed by the order
 // of the definitions in tarn_Pages.cpp.
+// (Windows only.)
 #pragma once
 
 #include "FrameWork/_lfx/Source/lfx_Page.h"

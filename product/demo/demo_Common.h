@@ -1,5 +1,6 @@
 // Small helpers shared by the demo product's programs (the game, Doc.exe, Url.exe,
 // Syscheck.exe): their own folder, and setup.ini values of the product.
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

@@ -2,6 +2,7 @@
 // rectangle P in a memory context whose window origin is moved to P's top-left, so that
 // GDI drawing into it uses window coordinates. Widgets that work on the pixels through
 // the blitter subtract P's top-left themselves (Origin).
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

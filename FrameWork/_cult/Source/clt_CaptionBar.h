@@ -2,6 +2,7 @@
 // transparently with its top-left at (25, 6), and dragging it moves the window by exactly
 // the pointer's movement. The window rectangle stored at the press accumulates the moves,
 // so the grabbed point stays under the pointer.
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

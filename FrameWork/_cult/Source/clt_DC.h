@@ -2,6 +2,7 @@
 // the object it replaced, on one stack per kind (bitmaps, fonts, brushes, pens). Restore
 // puts back one level; Release puts back one level of each kind, bitmaps first, and
 // deletes the context only when this holder created it. Also the screen's colour depth.
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

@@ -2,6 +2,7 @@
 // Rows are 4-byte aligned (GDI's pitch); only top-down and bottom-up storage exist, in
 // 32-bit, 24-bit and grey formats. The image owns its section, its mask bitmap and its
 // palette; Free deletes them.
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,6 @@
 // CltImagePanel: a drag panel that shows a shared image, copied from a source position
 // over the whole rectangle.
+// (Windows only.)
 #pragma once
 
 #include "FrameWork/_cult/Source/clt_DragPanel.h"

@@ -2,6 +2,7 @@
 // context with the image's DIB section selected into it. Copies share one holder; the
 // last release unbinds the image from the context and destroys both. An empty reference
 // (a file that could not be read) has no image and no context; drawing it draws nothing.
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

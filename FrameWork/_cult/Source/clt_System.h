@@ -1,6 +1,7 @@
 // System utilities: registry values, file and folder presence, starting programs through
 // the shell. They hold no state, trace nothing and never assert; each reports success as
 // a boolean and leaves the output untouched on failure.
+// (Windows only.)
 #pragma once
 
 #include "FrameWork/_cult/Source/clt_String.h"

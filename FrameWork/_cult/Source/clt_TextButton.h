@@ -1,6 +1,7 @@
 // CltTextButton: a page button: one of three state images (not owned) with the label laid
 // over it in the state's colour. The label is drawn once, at double size in white on
 // black, and halved into an anti-aliased grey mask; a state change only recolours it.
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

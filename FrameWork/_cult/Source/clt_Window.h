@@ -5,6 +5,7 @@
 //
 // The object must outlive its window: the base class never destroys the window. After
 // the object has handled WM_DESTROY its handle is null again.
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

@@ -1,6 +1,7 @@
 // CltWindowRoot: the root of the widget tree of one window. Repaint requests become
 // InvalidateRect without erasing, notifications become WM_COMMAND to the window, and the
 // root's system hooks are answered with this window (capture, keys, sounds, moving it).
+// (Windows only.)
 #pragma once
 
 #include <windows.h>

@@ -6,6 +6,7 @@
 // lists, the launcher pointer and the TraceWin sink made by early construction survive.
 // Init runs the start-up steps in a fixed order; any step may end start-up, and every
 // path ends with exit code 0.
+// (Windows only.)
 #pragma once
 
 #include "FrameWork/_cult/Source/clt_App.h"
