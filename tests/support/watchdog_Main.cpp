@@ -14,50 +14,48 @@
 
 namespace
 {
+// What the watching thread reads. It lives until the process ends (never freed), so the
+// thread never touches the listener, which the test framework deletes at exit.
+struct WatchState
+{
+    std::mutex mutex;
+    std::string name;
+    std::chrono::steady_clock::time_point start;
+    bool running = false;
+    std::chrono::seconds limit{60};
+};
+
+void Watch(WatchState* s)
+{
+    for (;;)
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(250));
+        std::lock_guard<std::mutex> lock(s->mutex);
+        if (!s->running || std::chrono::steady_clock::now() - s->start < s->limit) continue;
+        fprintf(stderr, "\nwatchdog: %s is still running after %d s: it fails\n", s->name.c_str(),
+                int(s->limit.count()));
+        fflush(stderr);
+        fflush(stdout);
+        std::_Exit(3);
+    }
+}
+
+WatchState* g_state = nullptr;
+
 class Watchdog : public testing::EmptyTestEventListener
 {
-  public:
-    explicit Watchdog(int limitSeconds) : m_limit(limitSeconds)
-    {
-        std::thread([this] { Watch(); }).detach();
-    }
-
-  private:
-    using Clock = std::chrono::steady_clock;
-
     void OnTestStart(const testing::TestInfo& info) override
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        m_name = std::string(info.test_suite_name()) + "." + info.name();
-        m_start = Clock::now();
-        m_running = true;
+        std::lock_guard<std::mutex> lock(g_state->mutex);
+        g_state->name = std::string(info.test_suite_name()) + "." + info.name();
+        g_state->start = std::chrono::steady_clock::now();
+        g_state->running = true;
     }
     void OnTestEnd(const testing::TestInfo&) override
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        m_running = false;
+        std::lock_guard<std::mutex> lock(g_state->mutex);
+        g_state->running = false;
     }
-
-    void Watch()
-    {
-        for (;;)
-        {
-            std::this_thread::sleep_for(std::chrono::milliseconds(250));
-            std::lock_guard<std::mutex> lock(m_mutex);
-            if (!m_running || Clock::now() - m_start < m_limit) continue;
-            fprintf(stderr, "\nwatchdog: %s is still running after %d s: it fails\n",
-                    m_name.c_str(), int(m_limit.count()));
-            fflush(stderr);
-            fflush(stdout);
-            std::_Exit(3);
-        }
-    }
-
-    std::chrono::seconds m_limit;
-    std::mutex m_mutex;
-    std::string m_name;
-    Clock::time_point m_start;
-    bool m_running = false;
 };
 } // namespace
 
@@ -65,8 +63,10 @@ int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
     const char* limit = getenv("CLT_TEST_LIMIT");
-    int seconds = limit ? atoi(limit) : 0;
-    // The listener list owns the watchdog; its thread lives until the process ends.
-    testing::UnitTest::GetInstance()->listeners().Append(new Watchdog(seconds > 0 ? seconds : 60));
+    g_state = new WatchState;
+    if (limit && atoi(limit) > 0) g_state->limit = std::chrono::seconds(atoi(limit));
+    std::thread(Watch, g_state).detach();
+    // The listener list owns the listener and deletes it at exit.
+    testing::UnitTest::GetInstance()->listeners().Append(new Watchdog);
     return RUN_ALL_TESTS();
 }

@@ -237,26 +237,26 @@ void CltRootWidget::SetFocusWidget(CltWidget* w)
 
 void CltRootWidget::FocusNext()
 {
-    if (!m_pFocus) return;
-    CltWidget* w = m_pFocus;
-    for (;;)
-    {
-        CltWidget* parent = w->Parent();
-        w = w->NextSibling() ? w->NextSibling() : parent ? parent->FirstChild() : w;
-        if (w == m_pFocus) return;
-        if (w->HasFlag(CltWidgetFocusable)) break;
-    }
-    SetFocusWidget(w);
+    FocusStep(true);
 }
 
 void CltRootWidget::FocusPrevious()
+{
+    FocusStep(false);
+}
+
+// Walks the focused widget's siblings in one direction, wrapping at the ends, to the first
+// focusable one; no change when the walk comes back to the focused widget.
+void CltRootWidget::FocusStep(bool forward)
 {
     if (!m_pFocus) return;
     CltWidget* w = m_pFocus;
     for (;;)
     {
         CltWidget* parent = w->Parent();
-        w = w->PreviousSibling() ? w->PreviousSibling() : parent ? parent->LastChild() : w;
+        CltWidget* sibling = forward ? w->NextSibling() : w->PreviousSibling();
+        CltWidget* wrapped = parent ? (forward ? parent->FirstChild() : parent->LastChild()) : w;
+        w = sibling ? sibling : wrapped;
         if (w == m_pFocus) return;
         if (w->HasFlag(CltWidgetFocusable)) break;
     }

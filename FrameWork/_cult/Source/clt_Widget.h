@@ -175,6 +175,7 @@ class CltRootWidget : public CltWidget
 
   private:
     CltWidget* Target(int32_t x, int32_t y);
+    void FocusStep(bool forward);
     void TrackPointer(uintptr_t wParam, int32_t x, int32_t y);
     void OnKeyDown(uintptr_t key);
     static void TickTree(CltWidget* w);

@@ -18,6 +18,7 @@
 #include "FrameWork/_cult/Source/clt_TextButton.h"
 #include "FrameWork/_cult/Source/clt_Window.h"
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
+#include "support/widget_Font.h"
 #include "harness/wine_Harness.h"
 #include "support/test_Picture.h"
 
@@ -147,17 +148,6 @@ uint8_t Channel(uint32_t v, int i)
     return uint8_t(v >> (8 * i));
 }
 
-HFONT MakeFont(const char* face, LONG height)
-{
-    LOGFONTA lf = {};
-    lf.lfHeight = height;
-    lf.lfWeight = 400;
-    lf.lfQuality = ANTIALIASED_QUALITY;
-    lf.lfCharSet = DEFAULT_CHARSET;
-    strcpy(lf.lfFaceName, face);
-    return CreateFontIndirectA(&lf);
-}
-
 // Writes the canvas area as a 24-bit BMP for the golden-image comparison.
 void SaveBmp(const CltImage& image, const CltRect& r, const std::string& name)
 {
@@ -225,7 +215,7 @@ class PaintedTree : public ::testing::Test
 
 TEST_F(PaintedTree, TextButtonStatesFollowTheBlendFormulas)
 {
-    HFONT font = MakeFont("Arial", -30);
+    HFONT font = MakeWidgetFont("Arial", -30);
     CltImage normal, pressed, highlighted;
     MakeStateImage(normal, 0x102030);
     MakeStateImage(pressed, 0x603010);
@@ -337,7 +327,7 @@ TEST_F(PaintedTree, ImageButtonLeavesOutEveryKeyColouredPixel)
 
 TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
 {
-    HFONT font = MakeFont("Arial Bold", -15);
+    HFONT font = MakeWidgetFont("Arial Bold", -15);
     CltImageRef caption;
     ASSERT_TRUE(caption.Create(500, 30, OriginTopLeft));
     for (int32_t y = 0; y < 30; ++y)
@@ -452,7 +442,7 @@ TEST(WidgetHandles, BuildingPaintingAndDestroyingATreeLeavesNoObjects)
     Instance();
     CltString cls;
     ASSERT_TRUE(clt_RegisterWindowClass(cls, CS_DBLCLKS, nullptr, nullptr, nullptr));
-    HFONT font = MakeFont("Arial", -30);
+    HFONT font = MakeWidgetFont("Arial", -30);
     CltImage state;
     MakeStateImage(state, 0x102030);
     TreeWindow window;

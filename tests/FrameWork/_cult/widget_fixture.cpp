@@ -27,6 +27,7 @@
 #include "FrameWork/_cult/Source/clt_TextButton.h"
 #include "FrameWork/_cult/Source/clt_Window.h"
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
+#include "support/widget_Font.h"
 
 namespace
 {
@@ -261,24 +262,14 @@ class FixtureWindow : public CltWindow
     bool m_bReady = false;
 };
 
-HFONT MakeFont(const char* face, LONG height)
-{
-    LOGFONTA lf = {};
-    lf.lfHeight = height;
-    lf.lfWeight = 400;
-    lf.lfQuality = ANTIALIASED_QUALITY;
-    lf.lfCharSet = DEFAULT_CHARSET;
-    strcpy(lf.lfFaceName, face);
-    return CreateFontIndirectA(&lf);
-}
-
 class FixtureApp : public CltApp
 {
   public:
     int Init() override
     {
         if (g_Env.Has("LOG", 1)) g_log = fopen(g_Env["LOG"].c_str(), "w");
-        HFONT captionFont = MakeFont("Arial Bold", -15), buttonFont = MakeFont("Arial", -30);
+        HFONT captionFont = MakeWidgetFont("Arial Bold", -15),
+              buttonFont = MakeWidgetFont("Arial", -30);
         int result = 1;
         {
             FixtureWindow window;
