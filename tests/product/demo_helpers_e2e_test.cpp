@@ -99,9 +99,7 @@ TEST(DemoHelpers, SystemCheckShowsTheMachineAndEndsWhenClosed)
     ASSERT_TRUE(check.Start(Join(DataFolder(), "Syscheck.exe"), "", DataFolder()));
     HWND window = WaitForWindowClass("TarnSysCheck", 20000);
     ASSERT_NE(window, nullptr);
-    char text[2048] = {};
-    SendMessageA(GetDlgItem(window, 1), WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text));
-    std::string report = text;
+    std::string report = WaitForChildText(window, 1);
     EXPECT_NE(report.find("Physical memory: "), std::string::npos) << report;
     EXPECT_NE(report.find("Paging space: "), std::string::npos) << report;
     EXPECT_NE(report.find("Windows version: "), std::string::npos) << report;

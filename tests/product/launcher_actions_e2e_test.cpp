@@ -60,13 +60,6 @@ DWORD RegDword(const char* name)
     return value;
 }
 
-std::string ChildText(HWND window)
-{
-    char text[1024] = {};
-    HWND child = GetDlgItem(window, 1);
-    SendMessageA(child, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text));
-    return text;
-}
 } // namespace
 
 TEST(DemoProduct, InstallHandOverPlayAndUninstallWithoutAWindow)
@@ -115,9 +108,9 @@ TEST(DemoProduct, InstallHandOverPlayAndUninstallWithoutAWindow)
     EXPECT_EQ(StyleOf(play.boxes[0]), SeenFromOutside(0x2124)); // No is the default
     HWND game = WaitForWindowClass("TarnDemoGame", 30000);
     ASSERT_NE(game, nullptr);
-    EXPECT_EQ(ChildText(game), "This is Tarn.exe (Tarn).\r\nCommand line: []\r\nWorking folder: [" +
-                                   Join(installDir, "GameData") +
-                                   "]\r\nGame mutex: [TarnGameMutex]");
+    EXPECT_EQ(WaitForChildText(game, 1),
+              "This is Tarn.exe (Tarn).\r\nCommand line: []\r\nWorking folder: [" +
+                  Join(installDir, "GameData") + "]\r\nGame mutex: [TarnGameMutex]");
 
     // 4. While the game runs, a launcher ends at once.
     RunResult again = Launch(Join(installDir, "Launcher.exe"), "");

@@ -72,11 +72,13 @@ TEST(TarnLaunch, PreparingALaunchSetsTheFoldersWhateverTheAnswer)
         const char* name;
         std::string settings;
         std::vector<int> answers; // the sound question, then the product's own question
+        std::vector<UINT> styles;
         int result;
     } cases[] = {
-        {"sound declined, then go on", "Displays=1\r\n", {IDNO, IDYES}, 1},
-        {"sound declined twice", "Displays=1\r\n", {IDNO, IDNO}, 0},
-        {"no display device", "Displays=0\r\n", {IDYES, IDOK}, 0},
+        // The launcher core's question is task-modal; the product's own (M2, M3) are not.
+        {"sound declined, then go on", "Displays=1\r\n", {IDNO, IDYES}, {0x2124, 0x124}, 1},
+        {"sound declined twice", "Displays=1\r\n", {IDNO, IDNO}, {0x2124, 0x124}, 0},
+        {"no display device", "Displays=0\r\n", {IDYES, IDOK}, {0x2124, MB_ICONEXCLAMATION}, 0},
     };
     for (const auto& c : cases)
     {
@@ -87,11 +89,14 @@ TEST(TarnLaunch, PreparingALaunchSetsTheFoldersWhateverTheAnswer)
         SetCurrentDirectoryA(ExeFolder().c_str());
         CltString parameters, folder = "unchanged";
         int result = -1;
+        Bystander bystander; // tells task-modal boxes
         BoxWatcher watcher(GetCurrentProcessId(), c.answers);
         result = g_TarnLauncher.PrepareLaunch(0, parameters, folder);
         std::vector<MessageBoxRecord> boxes = watcher.Stop();
         EXPECT_EQ(result, c.result);
-        EXPECT_EQ(boxes.size(), c.answers.size());
+        ASSERT_EQ(boxes.size(), c.answers.size());
+        for (size_t i = 0; i < boxes.size(); ++i)
+            EXPECT_EQ(StyleOf(boxes[i]), c.styles[i]) << i;
         EXPECT_STREQ(folder.c_str(), Join(root, "GameData").c_str());
         EXPECT_STREQ(parameters.c_str(), "");
         EXPECT_EQ(CurrentFolder(), Join(root, "Source"));

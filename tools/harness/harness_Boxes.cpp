@@ -325,4 +325,15 @@ UINT StyleOf(const MessageBoxRecord& box)
     if (box.taskModal == 1) style |= MB_TASKMODAL;
     return style;
 }
+Bystander::Bystander()
+    : m_window(
+          CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr))
+{
+}
+
+Bystander::~Bystander()
+{
+    if (m_window) DestroyWindow(m_window);
+}
+
 } // namespace harness

@@ -185,4 +185,18 @@ HWND WaitForWindowClass(const char* className, DWORD timeoutMs)
         Sleep(20);
     }
 }
+
+std::string WaitForChildText(HWND window, int id, DWORD timeoutMs)
+{
+    DWORD start = GetTickCount();
+    for (;;)
+    {
+        char text[4096] = {};
+        if (HWND child = GetDlgItem(window, id))
+            SendMessageTimeoutA(child, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text),
+                                SMTO_ABORTIFHUNG, 5000, nullptr);
+        if (*text || GetTickCount() - start > timeoutMs) return text;
+        Sleep(20);
+    }
+}
 } // namespace harness

@@ -90,6 +90,20 @@ inline UINT SeenFromOutside(UINT style)
     return style & ~UINT(MB_TASKMODAL);
 }
 
+// A hidden window of the calling thread that no box owns. While it exists, a task-modal
+// box of this thread disables it, so that the box's task-modality can be told.
+class Bystander
+{
+  public:
+    Bystander();
+    ~Bystander();
+    Bystander(const Bystander&) = delete;
+    Bystander& operator=(const Bystander&) = delete;
+
+  private:
+    HWND m_window;
+};
+
 // A visible message box with this title, of any process, or null.
 HWND FindMessageBox(const char* title);
 
@@ -114,6 +128,9 @@ class Process
 
 // Waits until a top-level window of the class exists; returns it or null.
 HWND WaitForWindowClass(const char* className, DWORD timeoutMs = 10000);
+// Waits until the window's child with this id shows a text (a window is found before its
+// children are made); returns the text, or "" after the time-out.
+std::string WaitForChildText(HWND window, int id, DWORD timeoutMs = 10000);
 
 // Files and folders.
 std::string ExeFolder(); // folder of the running test program

@@ -103,13 +103,10 @@ struct Box
 // Runs 'action' while clicking the answers into the boxes it shows.
 template <typename F> std::vector<MessageBoxRecord> Answering(std::vector<int> answers, F action)
 {
-    // A window of this thread that no box owns: a task-modal box disables it.
-    HWND bystander =
-        CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    Bystander bystander; // tells task-modal boxes
     BoxWatcher watcher(GetCurrentProcessId(), std::move(answers));
     action();
     Sleep(100);
-    DestroyWindow(bystander);
     return watcher.Stop();
 }
 } // namespace
@@ -474,4 +471,28 @@ TEST(LfxActions, UninstallerWithoutUninstallStringIsFatal)
     EXPECT_EQ(r.boxes[0].text, expect::AssertText("!strUninstall.empty()",
                                                   "FrameWork/_lfx/Source/lfx_System", 1044));
     EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_RETRYCANCEL | MB_ICONHAND));
+}
+
+// A retail product asks for its disc, task-modally, until the volume carries the label or
+// the player gives up; the text depends on the number of discs.
+TEST(LfxChecks, MissingMediaAreAskedForUntilThePlayerGivesUp)
+{
+    std::string root = Join(TestRoot(), "media");
+    for (const char* disks : {"1", "2"})
+    {
+        SCOPED_TRACE(disks);
+        demo::Ini ini("MediaAsk");
+        ini.Set("Startup", "Disks", disks);
+        Prepare(root, ini);
+        g_Env.Set("SourceDir", "H:\\", true); // a disc labelled OTHER
+        int result = -1;
+        auto boxes = Answering({IDOK, IDCANCEL}, [&] { result = g_LfxMain.CheckMedia(); });
+        EXPECT_EQ(result, 0);
+        ASSERT_EQ(boxes.size(), 2u); // asked again after OK
+        for (const MessageBoxRecord& box : boxes)
+        {
+            EXPECT_EQ(box.text, Text(std::string(disks) == "1" ? 0x5002 : 0x5003));
+            EXPECT_EQ(StyleOf(box), 0x2031u);
+        }
+    }
 }
