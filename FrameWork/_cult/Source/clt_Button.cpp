@@ -9,10 +9,9 @@ void CltButton::SetState(int32_t state)
 
 void CltButton::OnFocus(bool gained)
 {
-    m_nState = gained ? ButtonHighlighted : ButtonNormal;
     // Played on losing the focus as on gaining it; a sound still playing is not cut off.
     if (!m_strSound.empty() && m_pHost) m_pHost->PlayFocusSound(m_strSound.c_str());
-    Invalidate(m_Rect);
+    SetState(gained ? ButtonHighlighted : ButtonNormal);
 }
 
 void CltButton::OnMouseEnter()

@@ -34,10 +34,12 @@ class CltImageRef
     int References() const { return m_pHolder ? m_pHolder->refs : 0; }
 
   private:
+    // The context is destroyed first: it puts its original bitmap back before the image's
+    // section is deleted.
     struct Holder
     {
-        CltDC dc;
         CltDibImage image;
+        CltDC dc;
         int refs = 1;
     };
     bool Bind(Holder* holder, HDC reference);

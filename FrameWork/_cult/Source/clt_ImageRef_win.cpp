@@ -22,11 +22,7 @@ void CltImageRef::Release()
 {
     Holder* holder = m_pHolder;
     m_pHolder = nullptr;
-    if (!holder || --holder->refs > 0) return;
-    holder->dc.Restore(); // unbind the section before it is deleted
-    holder->dc.Release();
-    holder->image.Free();
-    delete holder;
+    if (holder && --holder->refs == 0) delete holder;
 }
 
 // Selects the holder's image into a new context compatible with reference (or the

@@ -17,8 +17,6 @@
 
 #include <mmsystem.h>
 
-using lfx_core::Trace;
-
 int LfxMain::ShowMessage(const char* text, uint32_t flags)
 {
     return MessageBoxA(nullptr, text, g_Env[lfx_env::ProductName].c_str(), flags);
@@ -79,16 +77,8 @@ int LfxMain::RunUninstaller()
     CLT_ASSERT_AT(!strUninstall.empty(), 1044);
     // clang-format on
     // The whole command goes to the shell as the file: it is not split into a program
-    // and its arguments.
-    SHELLEXECUTEINFOA info = {};
-    info.cbSize = sizeof info;
-    info.fMask = SEE_MASK_FLAG_NO_UI; // a failed start is silent
-    info.lpVerb = "open";
-    info.lpFile = strUninstall.c_str();
-    info.lpParameters = "";
-    info.lpDirectory = "C:\\";
-    info.nShow = SW_SHOWNORMAL;
-    if (!ShellExecuteExA(&info)) return 0;
+    // and its arguments. A failed start is silent.
+    if (!clt_ShellExecute(strUninstall.c_str(), "", "C:\\", false)) return 0;
     if (m_pLauncher) m_pLauncher->DestroyMainWindow();
     return 1;
 }

@@ -18,8 +18,6 @@
 
 #include <dsound.h>
 
-using lfx_core::Trace;
-
 // Sections and keys of setup.ini named in assertion texts.
 #define SCT_FOLDERS "Folders"
 #define VAL_DIRECTX_CURRENT "DirectXCurrent"
