@@ -50,17 +50,17 @@ bool CheckDirectXViaSetup()
     return ready;
 }
 
-bool PrepareGameStart(LfxMain* main)
+bool PrepareGameStart(LfxMain* main, HWND owner)
 {
     SetCurrentDirectoryA(g_Env[lfx_env::SourceDir].c_str());
     CDisplayProbe probe(JoinPath(g_Env[lfx_env::DataDir], "\\VokSetup.dll").c_str());
-    return CheckBeforeStart(nullptr, main);
+    return CheckBeforeStart(owner, main);
 }
 
 bool LaunchSecondProgram(LfxMain* main)
 {
-    if (!PrepareGameStart(main)) return false;
-    main->Execute("trnmp.exe", "", JoinPath(g_Env[lfx_env::LauncherDir], "\\GameData").c_str(), true,
-                  false);
+    if (!PrepareGameStart(main, nullptr)) return false;
+    main->Execute("trnmp.exe", "", JoinPath(g_Env[lfx_env::LauncherDir], "\\GameData").c_str(),
+                  true, false);
     return true;
 }

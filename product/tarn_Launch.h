@@ -15,8 +15,9 @@ bool IsDemoProduct();
 bool CheckBeforeStart(HWND owner, LfxMain* main);
 // What every start of a game program goes through first: the folder the product was
 // installed from becomes the current folder, the display devices are described, and the
-// checks before the start run. True when the program may start.
-bool PrepareGameStart(LfxMain* main);
+// checks before the start run, their boxes owned by 'owner'. True when the program may
+// start.
+bool PrepareGameStart(LfxMain* main, HWND owner);
 // The demo's own DirectX check through the setup library's exports.
 bool CheckDirectXViaSetup();
 // Starts the game's second program, trnmp.exe, after the same preparation.

@@ -1,5 +1,5 @@
-// CTarnLauncher: registration and the product hooks. The main window does not exist yet:
-// Run ends at once with exit code 0.
+// CTarnLauncher: registration and the product hooks. The window side is in
+// tarn_MainWindow.cpp.
 #include "product/tarn_Launcher.h"
 
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
@@ -22,17 +22,9 @@ CTarnLauncher::CTarnLauncher()
     g_LfxMain.RegisterLauncher(this);
 }
 
+// Run has released the window state by the time the program ends; a launcher that never
+// ran has none.
 CTarnLauncher::~CTarnLauncher() = default;
-
-int CTarnLauncher::Run()
-{
-    return 0;
-}
-
-int CTarnLauncher::DestroyMainWindow()
-{
-    return 1;
-}
 
 int CTarnLauncher::GetBuild()
 {
@@ -47,9 +39,10 @@ void CTarnLauncher::AppendVersion(CltString& text)
 }
 
 // The game starts in LauncherDir\GameData with SourceDir as the process's current folder,
-// after the sound-device question and the display-device test.
+// after the sound-device question and the display-device test, whose boxes belong to the
+// main window.
 int CTarnLauncher::PrepareLaunch(int, CltString&, CltString& folder)
 {
     folder = JoinPath(g_Env[lfx_env::LauncherDir], "\\GameData");
-    return PrepareGameStart(m_pMain) ? 1 : 0;
+    return PrepareGameStart(m_pMain, m_hWnd) ? 1 : 0;
 }

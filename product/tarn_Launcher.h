@@ -1,19 +1,91 @@
-// CTarnLauncher: this product's launcher class, holding the product hooks that the
-// launcher core calls. One static instance registers itself during static construction.
+// CTarnLauncher: this product's launcher class. It holds the product hooks that the
+// launcher core calls and is at the same time the launcher's main window: a captionless,
+// skinned popup whose widget tree shows the background, the caption bar with its minimise
+// and close buttons, and the page buttons that the pages lend it.
+// One static instance registers itself during static construction.
+// (Windows only.)
 #pragma once
 
+#include "FrameWork/_cult/Source/clt_Window.h"
 #include "FrameWork/_lfx/Source/lfx_Launcher.h"
+#include "FrameWork/_lfx/Source/lfx_Page.h"
+#include "product/tarn_Skin.h"
 
-class CTarnLauncher : public LfxLauncher
+#include <vfw.h>
+#include <windows.h>
+
+class CltCaptionBar;
+class CltImageButton;
+class CltImagePanel;
+class CltWindowRoot;
+
+class CTarnLauncher : public LfxLauncher, public CltWindow
 {
   public:
+    // Command ids of the window's own widgets.
+    static constexpr uint32_t kCloseId = 0xE000, kMinimiseId = 0xE001, kBackgroundId = 0xE002,
+                              kCaptionId = 0xE003;
+    static constexpr int32_t kMinimiseX = 436, kCloseX = 465;
+    static constexpr int32_t kIconX = 6, kIconY = 7, kIconSize = 16;
+
     CTarnLauncher();
     ~CTarnLauncher() override;
+    int PrepareLaunch(int value, CltString& parameters, CltString& folder) override;
     int Run() override;
     int DestroyMainWindow() override;
-    int PrepareLaunch(int value, CltString& parameters, CltString& folder) override;
-    int GetBuild() override;
     void AppendVersion(CltString& text) override;
+    int GetBuild() override;
+    virtual int OnWindowReady();
+    virtual LRESULT Paint(PAINTSTRUCT& ps);
+
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void SetTitle(const char* text);
+
+    // The title-bar hover areas (window coordinates, edges outside).
+    static bool OverMinimise(int32_t x, int32_t y) { return x > 442 && x < 461 && y > 0 && y < 23; }
+    static bool OverClose(int32_t x, int32_t y) { return x > 471 && x < 490 && y > 0 && y < 23; }
+    // Where the window goes: centred on the desktop's client area, halved by arithmetic
+    // shifts (a desktop narrower than the window gives a negative position).
+    static POINT CentredPosition(const RECT& desktop, int32_t width, int32_t height)
+    {
+        return POINT{(desktop.right - width) >> 1, (desktop.bottom - height) >> 1};
+    }
+
+  private:
+    LRESULT OnCreate();
+    LRESULT OnActivate(WPARAM wParam);
+    LRESULT OnPaintMessage();
+    LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
+    LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
+    LRESULT OnMouseMove(LPARAM lParam);
+    LRESULT OnLButtonDown(LPARAM lParam);
+    LRESULT OnLButtonDblClk();
+    LRESULT CloseSequence();
+    LRESULT ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam);
+    void ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x);
+    void ShowCaption(bool active);
+    void CreateFonts();
+    void CreateWidgets();
+    void ApplyRegion();
+    void ShowFirstPage();
+    void MessageLoop();
+    void CleanUp();
+
+    CltWindowRoot* m_pRoot = nullptr;
+    CltImagePanel* m_pBackground = nullptr;
+    CltCaptionBar* m_pCaption = nullptr;
+    CltImageButton* m_pCloseButton = nullptr;
+    CltImageButton* m_pMinimiseButton = nullptr;
+    CTarnSkin m_Skin;
+    CltString m_strTitle;
+    RECT m_rcWindow = {};
+    RECT m_rcRoot = {};
+    HICON m_hSmallIcon = nullptr;
+    HCURSOR m_hArrow = nullptr;
+    HFONT m_hCaptionFont = nullptr;
+    HFONT m_hButtonFont = nullptr;
+    HDRAWDIB m_hDrawDib = nullptr;
+    LfxPageSurface m_Surface; // the page buttons' surface and the focus memory
 };
 
 extern CTarnLauncher g_TarnLauncher;

@@ -1,18 +1,14 @@
-// The product pages: names, variants, button lists and the buttons each page leaves out.
-// Titles and commands act on the main window, which comes with the window layer.
+// The product pages: names, variants, button lists, the buttons each page leaves out, and
+// what every button does. Every text is a number of the setup library's string table.
 #include "product/tarn_Pages.h"
 
 #include "product/tarn_Launch.h"
+#include "product/tarn_Launcher.h"
 
 #include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_cult/Source/clt_Init.h"
-#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
-#include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
-#include "FrameWork/_lfx/Source/lfx_Path.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
-#include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 
-#include <cstring>
 #include <windows.h>
 
 namespace
@@ -21,18 +17,61 @@ const uint32_t kInstallButtons[] = {0x1000, 0x1002, 0x1003, 0x1004, 0};
 const uint32_t kLaunchButtons[] = {0xF007, 0xF005, 0x1002, 0x1003, 0x1004, 0};
 const uint32_t kHelpButtons[] = {0x1001, 0x1014, 0x1015, 0x1009, 0};
 const uint32_t kOptionsButtons[] = {0x1006, 0x1016, 0x1007, 0x1009, 0};
+
+// Message boxes of the pages, owned by the desktop: the text and caption numbers.
+void ShowPageMessage(LfxMain* main, uint16_t text, uint16_t caption, UINT style,
+                     int* answer = nullptr)
+{
+    int result = MessageBoxA(nullptr, main->GetSetupString(text).c_str(),
+                             main->GetSetupString(caption).c_str(), style);
+    if (answer) *answer = result;
+}
+
+void Title(LfxPage& page, uint16_t number)
+{
+    static_cast<CTarnLauncher*>(page.m_pLauncher)
+        ->SetTitle(page.m_pMain->GetSetupString(number).c_str());
+}
+
+void Click(LfxMain* main)
+{
+    main->PlaySoundByName("CLICK", false);
+}
+void ClickWait(LfxMain* main)
+{
+    main->PlaySoundByName("CLICK", true);
+}
+void BackWait(LfxMain* main)
+{
+    main->PlaySoundByName("BACK", true);
+}
 } // namespace
 
 CTarnInstallPage::CTarnInstallPage()
 {
     g_LfxMain.RegisterPage(this);
 }
-void CTarnInstallPage::ShowTitle() {}
+void CTarnInstallPage::ShowTitle()
+{
+    Title(*this, 0x1000);
+}
 const uint32_t* CTarnInstallPage::GetButtonList()
 {
     return kInstallButtons;
 }
-void CTarnInstallPage::OnCommand(uint32_t) {}
+void CTarnInstallPage::OnCommand(uint32_t command)
+{
+    switch (command & 0xFFFF)
+    {
+    case 1:
+        ClickWait(m_pMain);
+        if (m_pMain->RunInstaller()) m_pMain->GoBack();
+        break;
+    case 2: Click(m_pMain), m_pMain->ShowPage("HELP"); break;
+    case 3: Click(m_pMain), m_pMain->ShowPage("OPTIONS"); break;
+    case 4: BackWait(m_pMain), m_pMain->GoBack(); break;
+    }
+}
 
 CTarnLaunchPage::CTarnLaunchPage()
 {
@@ -43,12 +82,48 @@ int CTarnLaunchPage::OnAttach()
     if (IsDemoProduct()) RemoveButton(2);
     return 1;
 }
-void CTarnLaunchPage::ShowTitle() {}
+void CTarnLaunchPage::ShowTitle()
+{
+    Title(*this, 0xFF05);
+}
 const uint32_t* CTarnLaunchPage::GetButtonList()
 {
     return kLaunchButtons;
 }
-void CTarnLaunchPage::OnCommand(uint32_t) {}
+void CTarnLaunchPage::OnCommand(uint32_t command)
+{
+    switch (command & 0xFFFF)
+    {
+    case 1: Play(); break;
+    case 2:
+        m_pMain->PlaySoundByName("START", true);
+        if (LaunchSecondProgram(m_pMain)) m_pMain->GoBack();
+        break;
+    case 3: Click(m_pMain), m_pMain->ShowPage("HELP"); break;
+    case 4: Click(m_pMain), m_pMain->ShowPage("OPTIONS"); break;
+    case 5: BackWait(m_pMain), m_pMain->GoBack(); break;
+    }
+}
+
+// The demo checks its DirectX through the setup library before anything else.
+void CTarnLaunchPage::Play()
+{
+    if (IsDemoProduct() && !CheckDirectXViaSetup())
+    {
+        ShowPageMessage(m_pMain, 0x5014, 0xFF00, MB_OK);
+        return;
+    }
+    m_pMain->PlaySoundByName("START", true);
+    if (m_pMain->LaunchProduct(0, false)) m_pMain->GoBack();
+}
+
+// The international page plays only the demo; for a full product its first button does
+// nothing.
+void CTarnLaunchPageInt::OnCommand(uint32_t command)
+{
+    if ((command & 0xFFFF) == 1 && !IsDemoProduct()) return;
+    CTarnLaunchPage::OnCommand(command);
+}
 
 CTarnLaunchPageInt::CTarnLaunchPageInt() : CTarnLaunchPage(NoRegistration{})
 {
@@ -59,12 +134,31 @@ CTarnHelpPage::CTarnHelpPage()
 {
     g_LfxMain.RegisterPage(this);
 }
-void CTarnHelpPage::ShowTitle() {}
+void CTarnHelpPage::ShowTitle()
+{
+    Title(*this, 0x1002);
+}
 const uint32_t* CTarnHelpPage::GetButtonList()
 {
     return kHelpButtons;
 }
-void CTarnHelpPage::OnCommand(uint32_t) {}
+void CTarnHelpPage::OnCommand(uint32_t command)
+{
+    HWND window = static_cast<CTarnLauncher*>(m_pLauncher)->Handle();
+    switch (command & 0xFFFF)
+    {
+    case 1:
+        // The window steps aside while the system check runs.
+        ClickWait(m_pMain);
+        ShowWindow(window, SW_HIDE);
+        m_pMain->RunSysCheck();
+        ShowWindow(window, SW_SHOW);
+        break;
+    case 2: ClickWait(m_pMain), m_pMain->OpenDocument("README"); break;
+    case 3: ClickWait(m_pMain), m_pMain->OpenDocument("TSGUIDE"); break;
+    case 4: BackWait(m_pMain), m_pMain->GoBack(); break;
+    }
+}
 
 CTarnOptionsPage::CTarnOptionsPage()
 {
@@ -78,12 +172,38 @@ int CTarnOptionsPage::OnAttach()
 void CTarnOptionsPage::ShowTitle()
 {
     m_bBusy = 0;
+    Title(*this, 0x1003);
 }
 const uint32_t* CTarnOptionsPage::GetButtonList()
 {
     return kOptionsButtons;
 }
-void CTarnOptionsPage::OnCommand(uint32_t) {}
+void CTarnOptionsPage::OnCommand(uint32_t command)
+{
+    switch (command & 0xFFFF)
+    {
+    case 1: ClickWait(m_pMain), m_pMain->OpenUrl("HOMEPAGE"); break;
+    case 2: ClickWait(m_pMain), m_pMain->OpenDocument("LICENSE"); break;
+    case 3: Uninstall(); break;
+    case 4: BackWait(m_pMain), m_pMain->GoBack(); break;
+    }
+}
+
+// A press that arrives while the question is open does nothing.
+void CTarnOptionsPage::Uninstall()
+{
+    if (m_bBusy) return;
+    m_bBusy = 1;
+    ClickWait(m_pMain);
+    int answer = 0;
+    ShowPageMessage(m_pMain, 0x7012, 0x1003, MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2, &answer);
+    if (answer != IDNO)
+    {
+        m_bBusy = 0;
+        m_pMain->RunUninstaller();
+    }
+    m_bBusy = 0;
+}
 
 // Registration order: INSTALL, LAUNCH, LAUNCH (INT), HELP, OPTIONS.
 CLT_STATIC(CLT_INIT_PAGES) CTarnInstallPage g_InstallPage;

@@ -29,6 +29,7 @@ class CTarnLaunchPage : public LfxButtonPage
     void OnCommand(uint32_t command) override;
 
   protected:
+    void Play();
     struct NoRegistration
     {
     };
@@ -40,6 +41,7 @@ class CTarnLaunchPageInt : public CTarnLaunchPage
   public:
     CTarnLaunchPageInt();
     CltString GetVariant() override { return "INT"; }
+    void OnCommand(uint32_t command) override;
 };
 
 class CTarnHelpPage : public LfxButtonPage
@@ -63,4 +65,7 @@ class CTarnOptionsPage : public LfxButtonPage
     void OnCommand(uint32_t command) override;
 
     int32_t m_bBusy = 0; // set while the uninstall question is open
+
+  private:
+    void Uninstall();
 };

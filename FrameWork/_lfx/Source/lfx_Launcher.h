@@ -6,6 +6,7 @@
 #include "FrameWork/_cult/Source/clt_String.h"
 
 class LfxMain;
+struct LfxPageSurface;
 
 class LfxLauncher
 {
@@ -23,6 +24,8 @@ class LfxLauncher
     virtual void LauncherHook();                                                    // 9
 
     LfxMain* m_pMain = nullptr; // set by LfxMain::RegisterLauncher
+    // What the pages draw on: set by the product launcher for the life of its window.
+    LfxPageSurface* m_pSurface = nullptr;
 };
 
 // Appends "<name padded to 15>\t: 1.<version, 2 digits>.<revision, 4 digits> (<modtime>)\n"

@@ -2,16 +2,42 @@
 // product's pages: a page names itself, may carry a variant tag, lists its buttons as
 // setup-text numbers (ended by 0, command = position + 1) and carries out commands.
 //
+// A button page puts its column of text buttons on the surface that the launcher's main
+// window lends it (LfxPageSurface) and takes them away again when hidden. One focus memory
+// on that surface is shared by all pages: going forward remembers the focused entry,
+// going back restores it.
+//
 // Pages are static objects that register with LfxMain from their constructors and are
 // never destroyed by anyone else.
+// (Windows only.)
 #pragma once
 
 #include "FrameWork/_cult/Source/clt_String.h"
 
 #include <cstdint>
+#include <windows.h>
 
+class CltImage;
+class CltRootWidget;
+class CltTextButton;
+class CltWidget;
 class LfxLauncher;
 class LfxMain;
+
+// What a page needs of the main window; owned by the product launcher and filled while
+// its window exists. Null members mean there is nothing to put buttons on.
+struct LfxPageSurface
+{
+    CltRootWidget* root = nullptr;
+    CltWidget* panel = nullptr; // the background panel, parent of the page buttons
+    HFONT buttonFont = nullptr;
+    const CltImage* normal = nullptr; // unselect.tga
+    const CltImage* pressed = nullptr;
+    const CltImage* focused = nullptr;
+    // The focus memory of all pages.
+    bool restoreFocus = false;
+    int32_t rememberedEntry = 0;
+};
 
 class LfxPage
 {
@@ -31,6 +57,8 @@ class LfxButtonPage : public LfxPage
 {
   public:
     static constexpr uint32_t kMaxEntries = 9; // commands 1 to 9
+    static constexpr int32_t kFirstX = 194, kFirstY = 200, kStep = 47;
+    static constexpr uint32_t kFirstId = 101;
 
     int Show() override;
     int Hide(bool forward) override;
@@ -40,12 +68,25 @@ class LfxButtonPage : public LfxPage
     virtual void OnCommand(uint32_t command) = 0;
     virtual void RemoveButton(uint32_t command);
 
+    // Escape runs the last command of the list; a button's WM_COMMAND runs its own.
+    LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
+
     bool IsRemoved(uint32_t command) const
     {
         return command <= kMaxEntries && m_aRemoved[command] == -1;
     }
+    uint32_t ButtonCount() const { return m_nButtons; }
+    CltTextButton* Button(uint32_t entry) const
+    {
+        return entry < kMaxEntries ? m_apButtons[entry] : nullptr;
+    }
 
   protected:
-    uint32_t m_nButtons = 0;                  // entries seen by the last Show, removed included
-    int32_t m_aRemoved[kMaxEntries + 1] = {}; // -1: the command's button is not shown
+    uint32_t m_nButtons = 0; // entries seen by the last Show, removed included
+    CltTextButton* m_apButtons[kMaxEntries + 1] = {}; // null for a removed entry
+    int32_t m_aRemoved[kMaxEntries + 1] = {};         // -1: the command's button is not shown
+
+  private:
+    LfxPageSurface* Surface() const;
+    CltTextButton* InitialFocus(LfxPageSurface& surface) const;
 };

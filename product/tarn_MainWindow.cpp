@@ -1,0 +1,364 @@
+// CTarnLauncher's window side: Run (skin, window, widget tree, first page, message loop,
+// clean-up), the window procedure, painting and the page title.
+#include "product/tarn_Launcher.h"
+
+#include "FrameWork/_cult/Source/clt_Canvas.h"
+#include "FrameWork/_cult/Source/clt_CaptionBar.h"
+#include "FrameWork/_cult/Source/clt_Environment.h"
+#include "FrameWork/_cult/Source/clt_ImageButton.h"
+#include "FrameWork/_cult/Source/clt_ImagePanel.h"
+#include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_WindowRoot.h"
+#include "FrameWork/_lfx/Source/lfx_EnvNames.h"
+#include "FrameWork/_lfx/Source/lfx_System.h"
+
+#include <commctrl.h>
+
+namespace
+{
+// Whether the pointer was over a title-bar button at the last pointer message.
+bool g_bOverMinimise = false;
+bool g_bOverClose = false;
+
+HINSTANCE Instance()
+{
+    return static_cast<HINSTANCE>(clt_GetState()->m_hInstance);
+}
+
+HFONT CreateSkinFont(const char* face, LONG height, BYTE charset)
+{
+    LOGFONTA font = {};
+    font.lfHeight = height;
+    font.lfWeight = FW_NORMAL;
+    font.lfCharSet = charset;
+    font.lfQuality = ANTIALIASED_QUALITY;
+    lstrcpynA(font.lfFaceName, face, LF_FACESIZE);
+    return CreateFontIndirectA(&font);
+}
+} // namespace
+
+int CTarnLauncher::Run()
+{
+    m_pCaption = nullptr;
+    m_pCloseButton = m_pMinimiseButton = nullptr;
+    CreateFonts();
+    InitCommonControls();
+    HDC screen = GetDC(GetDesktopWindow());
+    if (GetDeviceCaps(screen, BITSPIXEL) <= 8) m_hDrawDib = DrawDibOpen();
+    ReleaseDC(GetDesktopWindow(), screen);
+    m_Skin.Load(g_Env[lfx_env::DataDir]);
+    m_hArrow = LoadCursorA(nullptr, IDC_ARROW);
+    m_hSmallIcon = static_cast<HICON>(
+        LoadImageA(Instance(), MAKEINTRESOURCEA(1), IMAGE_ICON, kIconSize, kIconSize, 0));
+    CltString windowClass;
+    clt_RegisterWindowClass(windowClass, CS_DBLCLKS, m_hArrow, nullptr,
+                            LoadIconA(Instance(), MAKEINTRESOURCEA(1)));
+    if (Create(nullptr, WS_POPUP | WS_SYSMENU, 0, windowClass.c_str()))
+    {
+        ApplyRegion();
+        CreateWidgets();
+        SetWindowTextA(m_hWnd, g_Env[lfx_env::ProductName].c_str());
+        OnWindowReady();
+        m_pMain->PlaySoundByName("OPEN", false);
+        ShowFirstPage();
+        MessageLoop();
+    }
+    CleanUp();
+    return 0;
+}
+
+// Both fonts share one character set: Shift-JIS when CharacterSet says so exactly.
+void CTarnLauncher::CreateFonts()
+{
+    BYTE charset = g_Env[lfx_env::CharacterSet] == CltString("SHIFTJIS_CHARSET") ? SHIFTJIS_CHARSET
+                                                                                 : DEFAULT_CHARSET;
+    m_hCaptionFont = CreateSkinFont("Arial Bold", -15, charset);
+    m_hButtonFont = CreateSkinFont("Arial", -30, charset);
+}
+
+// A region file the system refuses, or none, leaves the window rectangular.
+void CTarnLauncher::ApplyRegion()
+{
+    if (HRGN region = m_Skin.CreateRegion()) SetWindowRgn(m_hWnd, region, TRUE);
+}
+
+void CTarnLauncher::CreateWidgets()
+{
+    m_pRoot = new CltWindowRoot;
+    CltRect root(m_rcRoot.left, m_rcRoot.top, m_rcRoot.right, m_rcRoot.bottom);
+    m_pRoot->Create(nullptr, root, CltWidgetVisible, 0);
+    m_pRoot->Attach(m_hWnd);
+    m_pBackground = static_cast<CltImagePanel*>(
+        m_pRoot->CreateChild(g_ImagePanelFactory, root, CltWidgetVisible, kBackgroundId));
+    m_pBackground->SetImage(m_Skin.background, 0, 0);
+    m_pBackground->SetDraggable(false);
+    m_Surface.root = m_pRoot;
+    m_Surface.panel = m_pBackground;
+    m_Surface.buttonFont = m_hButtonFont;
+    m_Surface.normal = &m_Skin.unselect;
+    m_Surface.pressed = &m_Skin.pressed;
+    m_Surface.focused = &m_Skin.focused;
+    m_pSurface = &m_Surface;
+}
+
+void CTarnLauncher::ShowFirstPage()
+{
+    const char* first = m_pMain->m_dwState == LFX_STATE_INSTALLED       ? "LAUNCH"
+                        : m_pMain->m_dwState == LFX_STATE_NOT_INSTALLED ? "INSTALL"
+                        : m_pMain->m_dwState == LFX_STATE_UNINSTALL     ? "UNINSTALL"
+                                                                        : nullptr;
+    if (!first) return;
+    m_pMain->ShowPage(first);
+    SetCursor(m_hArrow);
+}
+
+void CTarnLauncher::MessageLoop()
+{
+    MSG msg;
+    while (GetMessageA(&msg, nullptr, 0, 0) > 0)
+    {
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+    }
+}
+
+void CTarnLauncher::CleanUp()
+{
+    if (m_hDrawDib) DrawDibClose(m_hDrawDib);
+    m_hDrawDib = nullptr;
+    if (m_hSmallIcon) DestroyIcon(m_hSmallIcon);
+    m_hSmallIcon = nullptr;
+    m_pSurface = nullptr;
+    m_Surface = LfxPageSurface();
+    // The tree goes before the fonts and images its widgets use.
+    delete m_pRoot;
+    m_pRoot = nullptr;
+    m_pBackground = nullptr;
+    m_pCaption = nullptr;
+    m_pCloseButton = m_pMinimiseButton = nullptr;
+    DeleteObject(m_hCaptionFont);
+    DeleteObject(m_hButtonFont);
+    m_hCaptionFont = m_hButtonFont = nullptr;
+    m_Skin.Release();
+}
+
+int CTarnLauncher::DestroyMainWindow()
+{
+    if (m_hWnd) DestroyWindow(m_hWnd);
+    m_hWnd = nullptr;
+    return 1;
+}
+
+// Every message goes to the widget tree first; what the window does not handle itself
+// belongs to the current page, or without one to the default procedure.
+LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (m_pRoot) m_pRoot->HandleMessage(message, wParam, lParam);
+    switch (message)
+    {
+    case WM_CREATE: return OnCreate();
+    case WM_DESTROY: PostQuitMessage(0); return 0;
+    case WM_ACTIVATE: return OnActivate(wParam);
+    case WM_PAINT: return OnPaintMessage();
+    case WM_CLOSE: return CloseSequence();
+    case WM_KEYDOWN: return OnKeyDown(wParam, lParam);
+    case WM_COMMAND: return OnCommand(wParam, lParam);
+    case WM_MOUSEMOVE: return OnMouseMove(lParam);
+    case WM_LBUTTONDOWN: return OnLButtonDown(lParam);
+    case WM_LBUTTONDBLCLK: return OnLButtonDblClk();
+    default: return ToCurrentPage(message, wParam, lParam);
+    }
+}
+
+LRESULT CTarnLauncher::ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto* page = dynamic_cast<LfxButtonPage*>(m_pMain ? m_pMain->GetCurrentPage() : nullptr);
+    if (page) return page->HandleMessage(message, wParam, lParam);
+    return CltWindow::WindowProc(message, wParam, lParam);
+}
+
+// The window takes the background's size and stands in the middle of the desktop.
+LRESULT CTarnLauncher::OnCreate()
+{
+    int32_t width = m_Skin.background.Width(), height = m_Skin.background.Height();
+    m_rcWindow = RECT{0, 0, width, height};
+    m_rcRoot = m_rcWindow;
+    RECT desktop;
+    GetClientRect(GetDesktopWindow(), &desktop);
+    POINT at = CentredPosition(desktop, width, height);
+    MoveWindow(m_hWnd, at.x, at.y, width, height, TRUE);
+    return 0;
+}
+
+// A minimised window activated by the system comes back with its title buttons at rest;
+// the caption shows whether the window is active.
+LRESULT CTarnLauncher::OnActivate(WPARAM wParam)
+{
+    if (HIWORD(wParam) != 0 && LOWORD(wParam) == WA_ACTIVE)
+    {
+        ShowWindow(m_hWnd, SW_SHOWNORMAL);
+        if (m_pMinimiseButton && m_pCloseButton)
+        {
+            ShowTitleImage(m_pMinimiseButton, m_Skin.minimize, kMinimiseX);
+            ShowTitleImage(m_pCloseButton, m_Skin.close, kCloseX);
+        }
+    }
+    ShowCaption(LOWORD(wParam) != WA_INACTIVE);
+    return 0;
+}
+
+void CTarnLauncher::ShowCaption(bool active)
+{
+    if (!m_pCaption) return;
+    m_pCaption->SetContent(active ? m_Skin.active : m_Skin.inactive, m_strTitle.c_str(),
+                           m_hCaptionFont);
+    m_pCaption->Invalidate(m_pCaption->Rect());
+}
+
+LRESULT CTarnLauncher::OnPaintMessage()
+{
+    PAINTSTRUCT ps;
+    BeginPaint(m_hWnd, &ps);
+    LRESULT result = Paint(ps);
+    EndPaint(m_hWnd, &ps);
+    return result;
+}
+
+// Only the update rectangle is composed, off screen, and put on the screen in one piece.
+LRESULT CTarnLauncher::Paint(PAINTSTRUCT& ps)
+{
+    if (!m_pRoot) return 0;
+    CltRect area(ps.rcPaint.left, ps.rcPaint.top, ps.rcPaint.right, ps.rcPaint.bottom);
+    CltCanvas canvas;
+    if (!area.CoversNothing() && canvas.Create(area, ps.hdc))
+    {
+        m_pRoot->PaintTree(canvas, area);
+        CltDibImage* pixels = canvas.Pixels();
+        if (m_hDrawDib && pixels)
+        {
+            BITMAPINFOHEADER header = {};
+            header.biSize = sizeof header;
+            header.biWidth = pixels->m_nWidth;
+            header.biHeight = pixels->m_nHeight;
+            header.biPlanes = 1;
+            header.biBitCount = 32;
+            header.biCompression = BI_RGB;
+            header.biSizeImage = pixels->m_nSize;
+            DrawDibDraw(m_hDrawDib, ps.hdc, area.left, area.top, area.Width(), area.Height(),
+                        &header, pixels->m_pData, 0, 0, area.Width(), area.Height(), 0);
+        }
+        else
+            BitBlt(ps.hdc, area.left, area.top, area.Width(), area.Height(), canvas.Context(),
+                   area.left, area.top, SRCCOPY);
+    }
+    DrawIconEx(ps.hdc, kIconX, kIconY, m_hSmallIcon, kIconSize, kIconSize, 0, nullptr, DI_NORMAL);
+    return 0;
+}
+
+LRESULT CTarnLauncher::OnKeyDown(WPARAM wParam, LPARAM lParam)
+{
+    LfxPage* page = m_pMain ? m_pMain->GetCurrentPage() : nullptr;
+    if (wParam != VK_ESCAPE || !page) return 0;
+    return ToCurrentPage(WM_KEYDOWN, wParam, lParam);
+}
+
+LRESULT CTarnLauncher::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+    switch (LOWORD(wParam))
+    {
+    case 1:
+    case kCloseId: return CloseSequence();
+    case kMinimiseId:
+        m_pMain->PlaySoundByName("", false);
+        CloseWindow(m_hWnd);
+        return 0;
+    default:
+        if (!m_pMain->GetCurrentPage()) return 0;
+        return ToCurrentPage(WM_COMMAND, wParam, lParam);
+    }
+}
+
+// Help closed, sound stopped, window gone; WM_DESTROY then ends the message loop.
+LRESULT CTarnLauncher::CloseSequence()
+{
+    m_pMain->CallWinHelp(HELP_QUIT, 0);
+    m_pMain->PlaySoundByName("", false);
+    if (m_hWnd) DestroyWindow(m_hWnd);
+    m_hWnd = nullptr;
+    return 0;
+}
+
+// The title buttons' images follow the pointer: the hover image once on entering, the
+// resting image on every move outside.
+LRESULT CTarnLauncher::OnMouseMove(LPARAM lParam)
+{
+    if (!m_pMinimiseButton || !m_pCloseButton) return 0;
+    int32_t x = LOWORD(lParam), y = HIWORD(lParam);
+    if (!OverMinimise(x, y))
+    {
+        g_bOverMinimise = false;
+        ShowTitleImage(m_pMinimiseButton, m_Skin.minimize, kMinimiseX);
+    }
+    else if (!g_bOverMinimise)
+    {
+        g_bOverMinimise = true;
+        ShowTitleImage(m_pMinimiseButton, m_Skin.ovrmin, kMinimiseX);
+    }
+    if (!OverClose(x, y))
+    {
+        g_bOverClose = false;
+        ShowTitleImage(m_pCloseButton, m_Skin.close, kCloseX);
+    }
+    else if (!g_bOverClose)
+    {
+        g_bOverClose = true;
+        ShowTitleImage(m_pCloseButton, m_Skin.ovrclose, kCloseX);
+    }
+    return 0;
+}
+
+LRESULT CTarnLauncher::OnLButtonDown(LPARAM lParam)
+{
+    if (m_pMinimiseButton && m_pCloseButton)
+    {
+        if (g_bOverMinimise) ShowTitleImage(m_pMinimiseButton, m_Skin.selmin, kMinimiseX);
+        if (g_bOverClose) ShowTitleImage(m_pCloseButton, m_Skin.selclose, kCloseX);
+    }
+    return OnMouseMove(lParam);
+}
+
+// Shift + Ctrl + double-click shows the version text.
+LRESULT CTarnLauncher::OnLButtonDblClk()
+{
+    if ((GetKeyState(VK_SHIFT) & 0x8000) && (GetKeyState(VK_CONTROL) & 0x8000))
+        m_pMain->ShowMessage(m_pMain->m_strVersion.c_str(), MB_ICONINFORMATION);
+    return 0;
+}
+
+void CTarnLauncher::ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x)
+{
+    button->SetImage(image, CltCell(), CltCell(), CltCell());
+    button->MoveTo(x, 0);
+}
+
+// One caption bar at a time: the previous one and its buttons go with the new title.
+void CTarnLauncher::SetTitle(const char* text)
+{
+    m_strTitle = text;
+    if (!m_pBackground) return;
+    if (m_pCaption) m_pBackground->RemoveChild(m_pCaption);
+    m_pCaption = static_cast<CltCaptionBar*>(m_pBackground->CreateChild(
+        g_CaptionBarFactory, CltRect(0, 0, 500, 30), CltWidgetVisible, kCaptionId));
+    m_pCaption->SetContent(m_Skin.active, m_strTitle.c_str(), m_hCaptionFont);
+    m_pMinimiseButton = static_cast<CltImageButton*>(
+        m_pCaption->CreateChild(g_ImageButtonFactory, CltRect(), CltWidgetVisible, kMinimiseId));
+    ShowTitleImage(m_pMinimiseButton, m_Skin.minimize, kMinimiseX);
+    m_pCloseButton = static_cast<CltImageButton*>(
+        m_pCaption->CreateChild(g_ImageButtonFactory, CltRect(), CltWidgetVisible, kCloseId));
+    ShowTitleImage(m_pCloseButton, m_Skin.close, kCloseX);
+}
+
+int CTarnLauncher::OnWindowReady()
+{
+    return 1;
+}

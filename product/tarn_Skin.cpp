@@ -1,0 +1,77 @@
+// CTarnSkin: reading the skin files (see tarn_Skin.h).
+#include "product/tarn_Skin.h"
+
+#include "FrameWork/_cult/Source/clt_ImageFile.h"
+#include "FrameWork/_cult/Source/clt_RegionData.h"
+#include "FrameWork/_lfx/Source/lfx_Path.h"
+
+#include <cstring>
+#include <initializer_list>
+
+namespace
+{
+void LoadShared(CltImageRef& image, const CltString& dataDir, const char* name)
+{
+    image.LoadFile(JoinPath(dataDir, name).c_str());
+}
+
+void LoadPlain(CltImage& image, const CltString& dataDir, const char* name)
+{
+    LoadImageFile(CLTID_FileStream, image, JoinPath(dataDir, name).c_str());
+}
+
+// A background of the design size in one colour, for a skin without a readable one.
+void MakeFallbackBackground(CltImageRef& image)
+{
+    if (!image.Create(CTarnSkin::kFallbackWidth, CTarnSkin::kFallbackHeight, OriginTopLeft)) return;
+    CltDibImage& pixels = *image.Image();
+    for (int32_t y = 0; y < pixels.m_nHeight; ++y)
+        for (int32_t x = 0; x < pixels.m_nWidth; ++x)
+            memcpy(pixels.PixelAddress(x, y), &CTarnSkin::kFallbackColour, 4);
+}
+} // namespace
+
+void CTarnSkin::Load(const CltString& dataDir)
+{
+    Release();
+    m_pRegion = ReadWholeFile(CLTID_FileStream, JoinPath(dataDir, "product.rgn").c_str());
+    LoadShared(background, dataDir, "product.bmp");
+    if (background.IsEmpty() || background.Width() <= 0 || background.Height() <= 0)
+        MakeFallbackBackground(background);
+    LoadShared(active, dataDir, "active.tga");
+    LoadShared(inactive, dataDir, "inactive.tga");
+    LoadShared(close, dataDir, "close.tga");
+    LoadShared(minimize, dataDir, "minimize.tga");
+    LoadShared(ovrclose, dataDir, "ovrclose.tga");
+    LoadShared(ovrmin, dataDir, "ovrmin.tga");
+    LoadShared(selclose, dataDir, "selclose.tga");
+    LoadShared(selmin, dataDir, "selmin.tga");
+    LoadPlain(unselect, dataDir, "unselect.tga");
+    LoadPlain(pressed, dataDir, "pressed.tga");
+    LoadPlain(focused, dataDir, "focused.tga");
+}
+
+void CTarnSkin::Release()
+{
+    for (CltImageRef* image : {&background, &active, &inactive, &close, &minimize, &ovrclose,
+                               &ovrmin, &selclose, &selmin})
+        image->Release();
+    unselect.Clear();
+    pressed.Clear();
+    focused.Clear();
+    if (m_pRegion) m_pRegion->Release();
+    m_pRegion = nullptr;
+}
+
+HRGN CTarnSkin::CreateRegion() const
+{
+    if (!m_pRegion) return nullptr;
+    // The block is two bytes longer than the file; those two never count.
+    uint32_t fileSize = m_pRegion->GetSize() - 2;
+    const auto* data = static_cast<const uint8_t*>(m_pRegion->Lock());
+    uint32_t size = clt_GetRegionDataSize(data, fileSize);
+    HRGN region =
+        size ? ExtCreateRegion(nullptr, size, reinterpret_cast<const RGNDATA*>(data)) : nullptr;
+    m_pRegion->Unlock();
+    return region;
+}

@@ -1,0 +1,45 @@
+// CTarnSkin: the skin files of the data folder, read in a fixed order: the window region,
+// the background, the eight title-bar images and the three page-button images.
+//
+// Skin trouble never stops the window. A file that is missing, empty, truncated or
+// unreadable leaves its image empty, and an empty image draws nothing. Without a
+// background the window takes the design size and a plain colour, so the page buttons
+// can still be used; without a usable region file the window stays rectangular. No byte
+// past the end of the region file is read.
+// (Windows only.)
+#pragma once
+
+#include <windows.h>
+
+#include "FrameWork/_cult/Source/clt_Image.h"
+#include "FrameWork/_cult/Source/clt_ImageRef.h"
+#include "FrameWork/_cult/Source/clt_String.h"
+
+class CltMemoryBlock;
+
+class CTarnSkin
+{
+  public:
+    // The size the skin is designed for, used when product.bmp cannot be read.
+    static constexpr int32_t kFallbackWidth = 500, kFallbackHeight = 460;
+    static constexpr uint32_t kFallbackColour = 0xFF1E2630;
+
+    CTarnSkin() = default;
+    CTarnSkin(const CTarnSkin&) = delete;
+    CTarnSkin& operator=(const CTarnSkin&) = delete;
+    ~CTarnSkin() { Release(); }
+
+    // Reads every file from the folder, in the order of the skin table.
+    void Load(const CltString& dataDir);
+    void Release();
+    // The region of product.rgn, or null when the file is missing, shorter than its header
+    // says, or refused by the system. The caller owns the region.
+    HRGN CreateRegion() const;
+    bool HasRegionFile() const { return m_pRegion != nullptr; }
+
+    CltImageRef background, active, inactive, close, minimize, ovrclose, ovrmin, selclose, selmin;
+    CltImage unselect, pressed, focused;
+
+  private:
+    CltMemoryBlock* m_pRegion = nullptr;
+};
