@@ -95,6 +95,8 @@ TEST(DemoProduct, InstallHandOverPlayAndUninstallWithoutAWindow)
     RunResult media = Launch("E:\\Launcher.exe", "");
     EXPECT_EQ(media.exitCode, 0u);
     EXPECT_TRUE(HasLine(media, "LfxMain: Launcher is running from CD. Transferring to HD."));
+    // The installed launcher opens its window; the player closes it.
+    EXPECT_TRUE(CloseFrameworkWindow("Tarn"));
 
     // 3. The installed launcher with -I starts the game; the game holds its mutex.
     RunResult play = Launch(Join(installDir, "Launcher.exe"), "-I", {IDYES});

@@ -48,6 +48,26 @@ BOOL CALLBACK FindNewBox(HWND window, LPARAM param)
     return FALSE;
 }
 
+struct WindowSearch
+{
+    DWORD pid;
+    std::set<HWND>* closed;
+};
+
+// Asks each visible window of the framework's classes to close, once.
+BOOL CALLBACK CloseFrameworkWindow(HWND window, LPARAM param)
+{
+    auto* search = reinterpret_cast<WindowSearch*>(param);
+    DWORD pid = 0;
+    GetWindowThreadProcessId(window, &pid);
+    if (pid != search->pid || !IsWindowVisible(window) || search->closed->count(window))
+        return TRUE;
+    if (ClassOf(window).rfind("CltWin:", 0) != 0) return TRUE;
+    search->closed->insert(window);
+    PostMessageA(window, WM_CLOSE, 0, 0);
+    return TRUE;
+}
+
 BOOL CALLBACK CollectButton(HWND child, LPARAM param)
 {
     auto* box = reinterpret_cast<std::vector<std::pair<int, HWND>>*>(param);
@@ -181,6 +201,8 @@ int DefaultButton(const std::vector<std::pair<int, HWND>>& buttons)
     return 0;
 }
 
+} // namespace
+
 MessageBoxRecord ReadBox(HWND box)
 {
     MessageBoxRecord record;
@@ -209,22 +231,23 @@ void Click(HWND box, int id)
     else
         PostMessageA(box, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0);
 }
-} // namespace
 
 struct BoxWatcher::State
 {
     DWORD pid;
     std::vector<int> answers;
     std::function<void(const MessageBoxRecord&)> onBox;
+    bool closeWindows = false;
     std::vector<MessageBoxRecord> boxes;
     std::atomic<bool> stop{false};
     std::thread thread;
 };
 
 BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
-                       std::function<void(const MessageBoxRecord&)> onBox)
+                       std::function<void(const MessageBoxRecord&)> onBox, bool closeWindows)
     : m_state(new State)
 {
+    m_state->closeWindows = closeWindows;
     m_state->pid = processId;
     m_state->answers = std::move(answers);
     m_state->onBox = std::move(onBox);
@@ -232,10 +255,15 @@ BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
     st->thread = std::thread(
         [st]
         {
-            std::set<HWND> seen;
+            std::set<HWND> seen, closed;
             size_t next = 0;
             while (!st->stop)
             {
+                if (st->closeWindows)
+                {
+                    WindowSearch windows{st->pid, &closed};
+                    EnumWindows(CloseFrameworkWindow, reinterpret_cast<LPARAM>(&windows));
+                }
                 BoxSearch search{st->pid, &seen, nullptr};
                 EnumWindows(FindNewBox, reinterpret_cast<LPARAM>(&search));
                 if (search.found)

@@ -110,7 +110,8 @@ RunResult RunProgram(const RunOptions& options)
     {
         std::unique_ptr<BoxWatcher> watcher;
         if (!options.leaveBoxesToUser && session.pid)
-            watcher = std::make_unique<BoxWatcher>(session.pid, options.answers, options.onBox);
+            watcher = std::make_unique<BoxWatcher>(session.pid, options.answers, options.onBox,
+                                                   options.closeWindows);
         DWORD start = GetTickCount();
         while (!session.done)
         {
@@ -184,6 +185,44 @@ HWND WaitForWindowClass(const char* className, DWORD timeoutMs)
         if (GetTickCount() - start > timeoutMs) return nullptr;
         Sleep(20);
     }
+}
+
+namespace
+{
+struct FrameworkWindowSearch
+{
+    const char* text;
+    HWND found;
+};
+
+BOOL CALLBACK FindFrameworkWindow(HWND window, LPARAM param)
+{
+    auto* search = reinterpret_cast<FrameworkWindowSearch*>(param);
+    char cls[256] = {}, text[256] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    GetWindowTextA(window, text, sizeof text);
+    if (strncmp(cls, "CltWin:", 7) != 0 || strcmp(text, search->text) != 0) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+} // namespace
+
+bool CloseFrameworkWindow(const char* text, DWORD timeoutMs)
+{
+    DWORD start = GetTickCount();
+    FrameworkWindowSearch search{text, nullptr};
+    while (EnumWindows(FindFrameworkWindow, reinterpret_cast<LPARAM>(&search)), !search.found)
+    {
+        if (GetTickCount() - start > timeoutMs) return false;
+        Sleep(20);
+    }
+    DWORD pid = 0;
+    GetWindowThreadProcessId(search.found, &pid);
+    HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, pid);
+    PostMessageA(search.found, WM_CLOSE, 0, 0);
+    bool ended = process && WaitForSingleObject(process, timeoutMs) == WAIT_OBJECT_0;
+    if (process) CloseHandle(process);
+    return ended;
 }
 
 std::string WaitForChildText(HWND window, int id, DWORD timeoutMs)

@@ -40,6 +40,9 @@ struct RunOptions
     std::vector<int> answers;      // button ids, one per expected message box, in order
     DWORD timeoutMs = 30000;       // INFINITE: no time-out
     bool leaveBoxesToUser = false; // true: boxes are neither read nor clicked
+    // true: the program's own windows (classes "CltWin:...") are asked to close once seen,
+    // so that a launcher that opens its window ends like one closed by the user.
+    bool closeWindows = true;
     std::function<void(const std::string&)> onTrace; // called as each text arrives
     // Called with each box as read, before its button is clicked (on the watcher thread).
     std::function<void(const MessageBoxRecord&)> onBox;
@@ -67,7 +70,8 @@ class BoxWatcher
 {
   public:
     BoxWatcher(DWORD processId, std::vector<int> answers,
-               std::function<void(const MessageBoxRecord&)> onBox = nullptr);
+               std::function<void(const MessageBoxRecord&)> onBox = nullptr,
+               bool closeWindows = false);
     ~BoxWatcher();
     BoxWatcher(const BoxWatcher&) = delete;
     BoxWatcher& operator=(const BoxWatcher&) = delete;
@@ -106,6 +110,10 @@ class Bystander
 
 // A visible message box with this title, of any process, or null.
 HWND FindMessageBox(const char* title);
+// Reads a box's title, text, icon, buttons and default button from outside.
+MessageBoxRecord ReadBox(HWND box);
+// Clicks a box's button like a user: the button receives BM_CLICK in its own thread.
+void Click(HWND box, int id);
 
 // A started program that the test does not debug (a viewer, a mutex holder).
 class Process
@@ -128,6 +136,9 @@ class Process
 
 // Waits until a top-level window of the class exists; returns it or null.
 HWND WaitForWindowClass(const char* className, DWORD timeoutMs = 10000);
+// Waits for a window of the framework's classes ("CltWin:...") with this text, asks it to
+// close as the player would, and waits until its program has ended. False on time-out.
+bool CloseFrameworkWindow(const char* text, DWORD timeoutMs = 20000);
 // Waits until the window's child with this id shows a text (a window is found before its
 // children are made); returns the text, or "" after the time-out.
 std::string WaitForChildText(HWND window, int id, DWORD timeoutMs = 10000);

@@ -183,6 +183,7 @@ int LfxMain::ShowPage(const char* name)
         if (LfxPage* current = GetCurrentPage()) current->Hide(true);
         page->Show();
         m_lstPageStack->PushFront(page);
+        Trace("Page [%s] shown.\n", name);
         return 1;
     }
     return 0;
@@ -194,8 +195,12 @@ int LfxMain::GoBack()
     if (!top) return 1;
     top->Hide(false);
     m_lstPageStack->Remove(m_lstPageStack->Head());
+    Trace("Page [%s] closed.\n", top->GetName().c_str());
     if (LfxPage* below = GetCurrentPage())
+    {
         below->Show();
+        Trace("Page [%s] shown.\n", below->GetName().c_str());
+    }
     else if (m_pLauncher)
         m_pLauncher->DestroyMainWindow();
     return 1;

@@ -1,0 +1,78 @@
+// WinProbe: looks at a program's main window from outside, for test drivers that run
+// outside Wine. The window is the visible or minimised top-level window of a framework
+// class ("CltWin:...") with the given text.
+//
+// Usage: WinProbe.exe TEXT COMMAND
+//   rect      prints "left top right bottom" of the window
+//   iconic    prints 1 when the window is minimised, else 0
+//   activate  makes the window the active one (as a player's click on its task-bar button)
+//   region    prints "count left top right bottom" of the window's region, or "none"
+// Exit code 0 when the window was found, 1 when not, 2 on usage.
+#include <windows.h>
+
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+namespace
+{
+struct Search
+{
+    const char* text;
+    HWND found;
+};
+
+BOOL CALLBACK FindMainWindow(HWND window, LPARAM param)
+{
+    auto* search = reinterpret_cast<Search*>(param);
+    char cls[256] = {}, text[256] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    GetWindowTextA(window, text, sizeof text);
+    if (strncmp(cls, "CltWin:", 7) != 0 || strcmp(text, search->text) != 0) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 3)
+    {
+        fprintf(stderr, "usage: WinProbe.exe TEXT rect|iconic|activate|region\n");
+        return 2;
+    }
+    Search search{argv[1], nullptr};
+    EnumWindows(FindMainWindow, reinterpret_cast<LPARAM>(&search));
+    HWND w = search.found;
+    if (!w) return 1;
+    const char* command = argv[2];
+    if (!strcmp(command, "rect"))
+    {
+        RECT r;
+        GetWindowRect(w, &r);
+        printf("%ld %ld %ld %ld\n", r.left, r.top, r.right, r.bottom);
+    }
+    else if (!strcmp(command, "iconic"))
+        printf("%d\n", IsIconic(w) ? 1 : 0);
+    else if (!strcmp(command, "activate"))
+        SetForegroundWindow(w);
+    else if (!strcmp(command, "region"))
+    {
+        HRGN region = CreateRectRgn(0, 0, 0, 0);
+        if (GetWindowRgn(w, region) == ERROR)
+            printf("none\n");
+        else
+        {
+            std::vector<char> data(GetRegionData(region, 0, nullptr));
+            auto* rd = reinterpret_cast<RGNDATA*>(data.data());
+            GetRegionData(region, DWORD(data.size()), rd);
+            printf("%lu %ld %ld %ld %ld\n", rd->rdh.nCount, rd->rdh.rcBound.left,
+                   rd->rdh.rcBound.top, rd->rdh.rcBound.right, rd->rdh.rcBound.bottom);
+        }
+        DeleteObject(region);
+    }
+    else
+        return 2;
+    fflush(stdout);
+    return 0;
+}
