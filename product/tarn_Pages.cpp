@@ -117,14 +117,6 @@ void CTarnLaunchPage::Play()
     if (m_pMain->LaunchProduct(0, false)) m_pMain->GoBack();
 }
 
-// The international page plays only the demo; for a full product its first button does
-// nothing.
-void CTarnLaunchPageInt::OnCommand(uint32_t command)
-{
-    if ((command & 0xFFFF) == 1 && !IsDemoProduct()) return;
-    CTarnLaunchPage::OnCommand(command);
-}
-
 CTarnLaunchPageInt::CTarnLaunchPageInt() : CTarnLaunchPage(NoRegistration{})
 {
     g_LfxMain.RegisterPage(this);

@@ -40,8 +40,8 @@ class CTarnLaunchPageInt : public CTarnLaunchPage
 {
   public:
     CTarnLaunchPageInt();
+    // Its commands are those of the untagged page: a full product plays from either.
     CltString GetVariant() override { return "INT"; }
-    void OnCommand(uint32_t command) override;
 };
 
 class CTarnHelpPage : public LfxButtonPage

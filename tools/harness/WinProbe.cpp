@@ -5,7 +5,8 @@
 // Usage: WinProbe.exe TEXT COMMAND
 //   rect      prints "left top right bottom" of the window
 //   iconic    prints 1 when the window is minimised, else 0
-//   activate  makes the window the active one (as a player's click on its task-bar button)
+//   activate  another window becomes active, then this one (as a player who switches to
+//             another program and back through the task bar)
 //   region    prints "count left top right bottom" of the window's region, or "none"
 // Exit code 0 when the window was found, 1 when not, 2 on usage.
 #include <windows.h>
@@ -55,7 +56,13 @@ int main(int argc, char** argv)
     else if (!strcmp(command, "iconic"))
         printf("%d\n", IsIconic(w) ? 1 : 0);
     else if (!strcmp(command, "activate"))
+    {
+        HWND other = CreateWindowExA(0, "STATIC", "WinProbe", WS_POPUP | WS_VISIBLE, 0, 0, 1, 1,
+                                     nullptr, nullptr, nullptr, nullptr);
+        SetForegroundWindow(other);
         SetForegroundWindow(w);
+        DestroyWindow(other);
+    }
     else if (!strcmp(command, "region"))
     {
         HRGN region = CreateRectRgn(0, 0, 0, 0);
