@@ -20,14 +20,38 @@ void LoadPlain(CltImage& image, const CltString& dataDir, const char* name)
     LoadImageFile(CLTID_FileStream, image, JoinPath(dataDir, name).c_str());
 }
 
+void Fill(CltImage& pixels, uint32_t value)
+{
+    for (int32_t y = 0; y < pixels.m_nHeight; ++y)
+        for (int32_t x = 0; x < pixels.m_nWidth; ++x)
+            memcpy(pixels.PixelAddress(x, y), &value, 4);
+}
+
+bool Readable(const CltImage& image)
+{
+    return image.m_pData && image.m_nWidth > 0 && image.m_nHeight > 0;
+}
+
 // A background of the design size in one colour, for a skin without a readable one.
 void MakeFallbackBackground(CltImageRef& image)
 {
-    if (!image.Create(CTarnSkin::kFallbackWidth, CTarnSkin::kFallbackHeight, OriginTopLeft)) return;
-    CltDibImage& pixels = *image.Image();
-    for (int32_t y = 0; y < pixels.m_nHeight; ++y)
-        for (int32_t x = 0; x < pixels.m_nWidth; ++x)
-            memcpy(pixels.PixelAddress(x, y), &CTarnSkin::kFallbackColour, 4);
+    if (image.Create(CTarnSkin::kFallbackWidth, CTarnSkin::kFallbackHeight, OriginTopLeft))
+        Fill(*image.Image(), CTarnSkin::kFallbackColour);
+}
+
+// A title button that draws nothing: every pixel has the key colour read at (0, 1).
+void StandInTitleButton(CltImageRef& image)
+{
+    if (!image.IsEmpty() && Readable(*image.Image()) && image.Height() >= 2) return;
+    if (image.Create(CTarnSkin::kTitleButtonWidth, CTarnSkin::kTitleButtonHeight, OriginTopLeft))
+        Fill(*image.Image(), 0xFFFF00FF);
+}
+
+// A page button face that draws nothing (wholly transparent) in the given size.
+void StandInPageButton(CltImage& image, int32_t width, int32_t height)
+{
+    if (Readable(image)) return;
+    if (image.Create(g_pfArgb32, width, height, OriginTopLeft)) Fill(image, 0);
 }
 } // namespace
 
@@ -49,6 +73,17 @@ void CTarnSkin::Load(const CltString& dataDir)
     LoadPlain(unselect, dataDir, "unselect.tga");
     LoadPlain(pressed, dataDir, "pressed.tga");
     LoadPlain(focused, dataDir, "focused.tga");
+    for (CltImageRef* image : {&close, &minimize, &ovrclose, &ovrmin, &selclose, &selmin})
+        StandInTitleButton(*image);
+    int32_t width = kPageButtonWidth, height = kPageButtonHeight;
+    for (const CltImage* face : {&unselect, &focused, &pressed})
+        if (Readable(*face))
+        {
+            width = face->m_nWidth, height = face->m_nHeight;
+            break;
+        }
+    for (CltImage* face : {&unselect, &pressed, &focused})
+        StandInPageButton(*face, width, height);
 }
 
 void CTarnSkin::Release()

@@ -1,11 +1,13 @@
 // CTarnSkin: the skin files of the data folder, read in a fixed order: the window region,
 // the background, the eight title-bar images and the three page-button images.
 //
-// Skin trouble never stops the window. A file that is missing, empty, truncated or
-// unreadable leaves its image empty, and an empty image draws nothing. Without a
-// background the window takes the design size and a plain colour, so the page buttons
-// can still be used; without a usable region file the window stays rectangular. No byte
-// past the end of the region file is read.
+// Skin trouble never stops the window. An image file that is missing, empty, truncated or
+// unreadable is replaced by a stand-in that draws nothing but keeps the place a player
+// clicks: a title button keeps 25 x 23 pixels, a page button the size of the other page
+// buttons (or 270 x 40). A caption image that cannot be read leaves the caption bar
+// empty. Without a background the window takes the design size and a plain colour;
+// without a usable region file it stays rectangular. No byte past the end of the region
+// file is read.
 // (Windows only.)
 #pragma once
 
@@ -23,6 +25,8 @@ class CTarnSkin
     // The size the skin is designed for, used when product.bmp cannot be read.
     static constexpr int32_t kFallbackWidth = 500, kFallbackHeight = 460;
     static constexpr uint32_t kFallbackColour = 0xFF1E2630;
+    static constexpr int32_t kTitleButtonWidth = 25, kTitleButtonHeight = 23;
+    static constexpr int32_t kPageButtonWidth = 270, kPageButtonHeight = 40;
 
     CTarnSkin() = default;
     CTarnSkin(const CTarnSkin&) = delete;

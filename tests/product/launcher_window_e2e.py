@@ -115,9 +115,10 @@ class Product:
     """A copy of the demo product with a setup.ini of the test's own (its own registry key
     and mutexes) and recorders in place of the programs the launcher starts."""
 
-    def __init__(self, name, ini=None, state=None, remove=()):
+    def __init__(self, name, ini=None, state=None, remove=(), folder=None, wine_folder=None):
         self.name = name
-        self.folder = os.path.join(WORK, name)
+        self.folder = folder or os.path.join(WORK, name)
+        self.wine_folder = wine_folder or wine_path(self.folder)
         shutil.rmtree(self.folder, ignore_errors=True)
         shutil.copytree(DEMO, self.folder)
         self.data = os.path.join(self.folder, "Install")
@@ -131,10 +132,13 @@ class Product:
                   ("Mutex", "Launcher"): "WindowTestLauncher-" + name,
                   ("Mutex", "Product"): "WindowTestGame-" + name}
         values.update(ini or {})
+        self.values = dict(values)
         self.write_ini(values)
+        values = self.values
         for f in remove:
             os.remove(os.path.join(self.data, f))
-        self.key = "HKLM\\Software\\Launcher Window Tests\\" + name + "\\1.0"
+        self.key = "HKLM\\Software\\" + values_of(values, "Company") + "\\" + \
+            values_of(values, "Product") + "\\1.0"
         self.set_state(state)
 
     def write_ini(self, values):
@@ -183,22 +187,26 @@ class Product:
             return []
 
 
-class Launcher:
-    PARK = (90, 400)  # a resting place for the pointer: the background, no button
+def values_of(values, key):
+    return values[("Registry", key)]
 
-    def __init__(self, product, args=()):
+
+class Launcher:
+    def __init__(self, product, args=(), size=(SKIN_W, SKIN_H), park=(90, 400)):
         self.product = product
         self.trace_file = os.path.join(product.folder, "trace.txt")
         if os.path.exists(self.trace_file):
             os.remove(self.trace_file)
         self.process = subprocess.Popen(
             ["wine", os.path.join(BIN, "TraceRun.exe"), "/out:" + wine_path(self.trace_file),
-             wine_path(os.path.join(product.folder, "Launcher.exe")), *args],
+             product.wine_folder.rstrip("\\") + "\\Launcher.exe", *args],
             env=ENV, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL)
         self.seen = 0
-        self.left = (SCREEN_W - SKIN_W) >> 1
-        self.top = (SCREEN_H - SKIN_H) >> 1
+        self.width, self.height = size
+        self.left = (SCREEN_W - self.width) >> 1
+        self.top = (SCREEN_H - self.height) >> 1
+        self.rest = park  # where the pointer rests: the background, no button
 
     def lines(self):
         try:
@@ -243,7 +251,7 @@ class Launcher:
         xdo("mousemove", str(self.left + x), str(self.top + y))
 
     def park(self):
-        self.move(*self.PARK)
+        self.move(*self.rest)
 
     def click(self, x, y):
         self.move(x, y)
@@ -279,7 +287,8 @@ class Launcher:
             raise Failure(f"buttons {last}, expected {expected}")
 
     def save(self, name):
-        Shot().save_crop(os.path.join(SHOTS, name + ".png"), self.left, self.top, SKIN_W, SKIN_H)
+        Shot().save_crop(os.path.join(SHOTS, name + ".png"), self.left, self.top, self.width,
+                         self.height)
 
     def probe(self, command):
         return run_wine(os.path.join(BIN, "WinProbe.exe"), "Tarn", command, check=False)
@@ -322,9 +331,9 @@ def first_page_by_state():
             l.park()
             l.wait_buttons(focus(count, 0))
             if name == "state2":
-                l.save("install")
+                l.save("launcher_install")
             if name == "state1":
-                l.save("launch")
+                l.save("launcher_launch")
             xdo("key", "Escape")
             l.wait_trace(f"LfxMain: Page [{page}] closed.")
             expect(l.ended(), 0, "exit code")
@@ -356,7 +365,7 @@ def help_and_back_restore_the_focus():
         l.wait_shown("HELP")
         l.park()
         l.wait_buttons(focus(4, 0))
-        l.save("help")
+        l.save("launcher_help")
         l.click(300, 200 + 3 * 47 + 20)  # Back
         l.wait_shown("INSTALL")
         l.park()
@@ -388,7 +397,7 @@ def options_page():
         l.wait_shown("OPTIONS")
         l.park()
         l.wait_buttons(focus(3, 0))  # not installed: no Uninstall
-        l.save("options")
+        l.save("launcher_options")
         l.key("Escape")  # the last command, Back
         l.wait_trace("LfxMain: Page [OPTIONS] closed.")
         l.wait_shown("INSTALL")
@@ -619,13 +628,235 @@ def documents_web_page_and_system_check():
         l.close()
 
 
+def demo_without_directx():
+    """The demo checks DirectX through its setup library first: without the check's entry it
+    says so (M1) and starts nothing."""
+    p = Product("demo_m1", state=True, ini={("Startup", "AppType"): "Demo",
+                                            ("Files", "SetupDll"): "Setup2.dll"})
+    os.rename(os.path.join(p.data, "VokSetup.dll"), os.path.join(p.data, "Setup2.dll"))
+    shutil.copy(os.path.join(BIN, "NoExport.dll"), os.path.join(p.data, "VokSetup.dll"))
+    l = Launcher(p)
+    try:
+        l.wait_shown("LAUNCH")
+        l.park()
+        l.wait_buttons(focus(4, 0))
+        l.key("Return")
+        text, style, owner = box("Tarn", 1)
+        expect((text, style, owner), ("This demo needs DirectX 7.0 or later.\\n\\nPlease install "
+                                      "DirectX and start the demo again.", "style=0x0", "owner=none"),
+               "M1")
+        wait_for(lambda: len(l.buttons(Shot())) == 4, "the page after the box")
+        l.key("Escape")
+        expect(l.ended(), 0, "exit code")
+        expect(p.record("Tarn.exe"), [], "the game")
+    finally:
+        l.close()
+
+
+def install_then_launch():
+    """Install runs the real installer (silently, into the product's folder); the installed
+    launcher then opens on LAUNCH."""
+    target = os.path.join(WORK, "installed")
+    shutil.rmtree(target, ignore_errors=True)
+    # The installer runs from the disc in drive E: (its label begins with the [Startup] Data).
+    disc = os.path.join(SESSION, "drive-e")
+    for entry in os.listdir(disc):
+        if entry != ".windows-label":
+            path = os.path.join(disc, entry)
+            shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
+    staged = Product("install", state=None, ini={("Registry", "Company"): "Tarn Games",
+                                                 ("Registry", "Product"): "Tarn",
+                                                 ("Files", "CmdLine"): "/S /D=" + wine_path(target)})
+    for entry in os.listdir(staged.folder):
+        shutil.move(os.path.join(staged.folder, entry), disc)
+    p = staged
+    p.folder, p.data, p.wine_folder = disc, os.path.join(disc, "Install"), "E:\\"
+    l = Launcher(p)
+    try:
+        l.wait_shown("INSTALL")
+        l.key("Return")
+        l.wait_trace("LfxMain: Page [INSTALL] closed.")
+        expect(l.ended(), 0, "exit code")
+        wait_for(lambda: os.path.exists(os.path.join(target, "Uninstall.exe")), "the installation",
+                 timeout=60)
+        wait_for(lambda: b"TarnSetup" not in subprocess.run(["ps", "ax"], capture_output=True).stdout,
+                 "the installer's end", timeout=60)
+    finally:
+        l.close()
+    installed = Product.__new__(Product)
+    installed.folder, installed.wine_folder = target, wine_path(target)
+    l = Launcher(installed)
+    try:
+        l.wait_shown("LAUNCH")
+        l.park()
+        l.wait_buttons(focus(5, 0))
+        l.key("Escape")
+        expect(l.ended(), 0, "exit code")
+    finally:
+        l.close()
+        p.set_state(None)
+
+
+# --- Skins of our own ----------------------------------------------------------------------
+
+def bmp24(w, h, rgb):
+    stride = (w * 3 + 3) & ~3
+    row = bytes([rgb[2], rgb[1], rgb[0]]) * w + bytes(stride - w * 3)
+    size = 54 + stride * h
+    header = b"BM" + size.to_bytes(4, "little") + bytes(4) + (54).to_bytes(4, "little")
+    info = b"".join(v.to_bytes(4, "little") for v in (40, w, h)) + (1).to_bytes(2, "little") + \
+        (24).to_bytes(2, "little") + bytes(24)
+    return header + info + row * h
+
+
+def tga32(w, h, pixel):
+    """pixel(x, y) -> (r, g, b, a), y from the top; stored top row first."""
+    out = bytearray([0, 0, 2] + [0] * 9) + w.to_bytes(2, "little") + h.to_bytes(2, "little") + \
+        bytes([32, 0x28])
+    for y in range(h):
+        for x in range(w):
+            r, g, b, a = pixel(x, y)
+            out += bytes([b, g, r, a])
+    return bytes(out)
+
+
+def rgn(rects):
+    left = min(r[0] for r in rects)
+    right = max(r[2] for r in rects)
+    header = [32, 1, len(rects), 16 * len(rects), left, rects[0][1], right, rects[-1][3]]
+    return b"".join(v.to_bytes(4, "little", signed=True) for v in header) + \
+        b"".join(v.to_bytes(4, "little", signed=True) for r in rects for v in r)
+
+
+def write(folder, name, data):
+    with open(os.path.join(folder, name), "wb") as f:
+        f.write(data)
+
+
+BG = (40, 80, 120)
+CAPTION = {"active.tga": (200, 180, 120), "inactive.tga": (90, 90, 90)}
+TITLE = {"minimize.tga": (0, 0, 255), "ovrmin.tga": (0, 255, 0), "selmin.tga": (255, 0, 0),
+         "close.tga": (0, 0, 128), "ovrclose.tga": (0, 128, 0), "selclose.tga": (128, 0, 0)}
+FACE = {"unselect.tga": (255, 255, 0, 128), "focused.tga": (0, 255, 255, 200),
+        "pressed.tga": (255, 128, 0, 100)}
+
+
+def blend(face, under):
+    """The page buttons' alpha blend: (s * a + d * (255 - a)) >> 8 per channel."""
+    a = face[3]
+    return tuple((s * a + d * (255 - a)) >> 8 for s, d in zip(face[:3], under))
+
+
+def plain_colour_skin():
+    p = Product("plainskin", state=None)
+    write(p.data, "product.bmp", bmp24(500, 300, BG))
+    write(p.data, "product.rgn", rgn([(0, 0, 500, 280), (20, 280, 480, 300)]))
+    for name, c in CAPTION.items():
+        write(p.data, name, tga32(500, 30, lambda x, y, c=c: c + (255,)))
+    for name, c in TITLE.items():
+        plate = lambda x, y, c=c: c + (255,) if 8 <= x <= 22 and 3 <= y <= 19 else (255, 0, 255, 255)
+        write(p.data, name, tga32(25, 23, plate))
+    for name, c in FACE.items():
+        write(p.data, name, tga32(200, 40, lambda x, y, c=c: c))
+    l = Launcher(p, size=(500, 300), park=(100, 100))
+    try:
+        l.wait_shown("INSTALL")
+        expect(l.probe("rect"), "390 362 890 662", "the window's place")
+        expect(l.probe("region"), "2 0 0 500 300", "the window's region")
+        l.park()
+        focused, normal = blend(FACE["focused.tga"], BG), blend(FACE["unselect.tga"], BG)
+        expected = {(100, 100): BG, (25, 290): BG, (5, 290): (0, 0, 0),  # cut off: the screen
+                    (300, 15): CAPTION["active.tga"], (437, 1): CAPTION["active.tga"],  # keyed
+                    (450, 12): TITLE["minimize.tga"], (480, 12): TITLE["close.tga"],
+                    (197, 203): focused, (197, 250): normal, (197, 297): normal}
+
+        def shows():
+            shot = Shot()
+            return {at: l.pixel(shot, *at) for at in expected}
+        last = {}
+        try:
+            wait_for(lambda: last.update(shows()) or last == expected, "the plain skin's pixels")
+        except Failure:
+            raise Failure(f"pixels {last}, expected {expected}")
+        # The pointer over the minimise button swaps its image; pressing swaps it again.
+        l.move(450, 12)
+        wait_for(lambda: l.pixel(Shot(), 452, 5) == TITLE["ovrmin.tga"], "ovrmin.tga")
+        xdo("mousedown", "1")
+        wait_for(lambda: l.pixel(Shot(), 452, 5) == TITLE["selmin.tga"], "selmin.tga")
+        l.move(300, 100)  # released off the button: no minimising
+        xdo("mouseup", "1")
+        wait_for(lambda: l.pixel(Shot(), 452, 5) == TITLE["minimize.tga"], "minimize.tga")
+        # Pressing the second button shows its pressed face.
+        l.move(300, 267)
+        xdo("mousedown", "1")
+        wait_for(lambda: l.pixel(Shot(), 197, 250) == blend(FACE["pressed.tga"], BG),
+                 "the pressed face")
+        l.move(100, 100)
+        xdo("mouseup", "1")
+        l.key("Escape")
+        expect(l.ended(), 0, "exit code")
+    finally:
+        l.close()
+
+
+def broken_skins():
+    """Each kind of skin file missing or broken: the window opens, its buttons work."""
+    def truncate(name, n):
+        return lambda p: open(os.path.join(p.data, name), "r+b").truncate(n)
+
+    def replace(name, data):
+        return lambda p: write(p.data, name, data)
+
+    def remove(name):
+        return lambda p: os.remove(os.path.join(p.data, name))
+
+    demo_region = "78 0 0 500 466"
+    cases = [
+        ("bmp_missing", remove("product.bmp"), (500, 460), demo_region),
+        ("bmp_truncated", truncate("product.bmp", 1000), (500, 460), demo_region),
+        ("rgn_missing", remove("product.rgn"), (500, 470), "none"),
+        ("rgn_short", truncate("product.rgn", 40), (500, 470), "none"),
+        ("rgn_count_past_the_file", replace("product.rgn", rgn([(0, 0, 9, 9)])[:8] +
+                                            (0x10000000).to_bytes(4, "little") + bytes(36)),
+         (500, 470), "none"),
+        ("rgn_header_refused", replace("product.rgn", (16).to_bytes(4, "little") +
+                                       rgn([(0, 0, 500, 470)])[4:]), (500, 470), "none"),
+        ("caption_empty", replace("active.tga", b""), (500, 470), demo_region),
+        ("close_missing", remove("close.tga"), (500, 470), demo_region),
+        ("unselect_truncated", truncate("unselect.tga", 300), (500, 470), demo_region),
+        ("faces_garbage", lambda p: [write(p.data, n, bytes(range(256)) * 8)
+                                     for n in ("unselect.tga", "focused.tga", "pressed.tga")],
+         (500, 470), demo_region),
+    ]
+    for name, damage, size, region in cases:
+        p = Product("skin_" + name, state=None)
+        damage(p)
+        l = Launcher(p, size=size, park=(90, 150))
+        try:
+            l.wait_shown("INSTALL")
+            rect = f"{l.left} {l.top} {l.left + size[0]} {l.top + size[1]}"
+            expect((l.probe("rect"), l.probe("region")), (rect, region), name)
+            l.click(300, 247 + 20)  # Help
+            l.wait_shown("HELP")
+            l.key("Escape")  # Back
+            l.wait_shown("INSTALL")
+            l.click(480, 12)  # the close button, drawn or not
+            expect(l.ended(), 0, f"{name}: exit code")
+        except Failure as e:
+            raise Failure(f"{name}: {e}")
+        finally:
+            l.close()
+
+
 TESTS = [first_page_by_state, help_and_back_restore_the_focus, options_page, close_button,
          minimise_and_restore, caption_drag, version_box, play_with_the_checks, second_program,
-         uninstall, documents_web_page_and_system_check]
+         uninstall, documents_web_page_and_system_check, demo_without_directx,
+         install_then_launch, plain_colour_skin, broken_skins]
 
 
 def main():
     os.makedirs(WORK, exist_ok=True)
+    shutil.rmtree(SHOTS, ignore_errors=True)
     passed = failed = 0
     for test in TESTS:
         if ONLY and test.__name__ not in ONLY:

@@ -3,9 +3,9 @@
 //
 // Usage: BoxProbe.exe TITLE ANSWER [TIMEOUT_MS]
 //   ANSWER  the id of the button to click (1 OK, 2 Cancel, 6 Yes, 7 No), 0 to leave it open
-// Prints one line: the title, the text (line breaks as \n, tabs as \t), "style=0x..." (everything the
-// box shows of its MessageBox style) and "owner=" with the owner's class or "none",
-// separated by tabs. Exit code 0 when a box was found, 1 after the time-out, 2 on usage.
+// Prints one line: the title, the text (line breaks as \n, tabs as \t), "style=0x..." (everything
+// the box shows of its MessageBox style) and "owner=" with the owner's class or "none", separated
+// by tabs. Exit code 0 when a box was found, 1 after the time-out, 2 on usage.
 #include "harness/wine_Harness.h"
 
 #include <cstdio>
