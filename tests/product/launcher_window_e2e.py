@@ -287,8 +287,10 @@ class Launcher:
             raise Failure(f"buttons {last}, expected {expected}")
 
     def save(self, name):
-        Shot().save_crop(os.path.join(SHOTS, name + ".png"), self.left, self.top, self.width,
-                         self.height)
+        self.save_to(os.path.join(SHOTS, name + ".png"))
+
+    def save_to(self, path):
+        Shot().save_crop(path, self.left, self.top, self.width, self.height)
 
     def probe(self, command):
         return run_wine(os.path.join(BIN, "WinProbe.exe"), "Tarn", command, check=False)
@@ -697,6 +699,74 @@ def install_then_launch():
         p.set_state(None)
 
 
+def demo_walk():
+    """Not a test: the walk tools/run-demo takes on a private display. The demo product from
+    its disc in drive E:, unchanged but for a silent installation: INSTALL, HELP, back,
+    OPTIONS, back, Install; then the installed launcher's LAUNCH. Each page's picture and
+    each run's trace are saved in OUT_DIR/walk/."""
+    walk = os.path.join(OUT, "walk")
+    shutil.rmtree(walk, ignore_errors=True)
+    os.makedirs(walk)
+    disc = os.path.join(SESSION, "drive-e")
+    target = "C:\\Program Files\\Tarn"
+    for entry in os.listdir(disc):
+        if entry != ".windows-label":
+            path = os.path.join(disc, entry)
+            shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
+    for entry in os.listdir(DEMO):
+        src = os.path.join(DEMO, entry)
+        (shutil.copytree if os.path.isdir(src) else shutil.copy)(src, os.path.join(disc, entry))
+    ini = os.path.join(disc, "Install", "setup.ini")
+    with open(ini, encoding="latin-1") as f:
+        text = f.read().replace("CmdLine=", "CmdLine=/S /D=" + target, 1)
+    with open(ini, "w", encoding="latin-1", newline="") as f:
+        f.write(text)
+    media = Product.__new__(Product)
+    media.folder, media.wine_folder = disc, "E:\\"
+    media.key = "HKLM\\Software\\Tarn Games\\Tarn\\1.0"
+    media.set_state(None)
+    l = Launcher(media)
+    try:
+        steps = [("01-install", "INSTALL", None), ("02-help", "HELP", (300, 267)),
+                 ("03-back-to-install", "INSTALL", (300, 361)), ("04-options", "OPTIONS", (300, 314))]
+        for picture, page, click in steps:
+            if click:
+                l.click(*click)
+            l.wait_shown(page)
+            l.park()
+            wait_for(lambda: "focused" in l.buttons(Shot()), f"the {page} page")
+            l.save_to(os.path.join(walk, picture + ".png"))
+        l.key("Escape")
+        l.wait_shown("INSTALL")
+        l.click(300, 220)  # Install
+        l.wait_trace("LfxMain: Page [INSTALL] closed.")
+        l.ended(60)
+        prefix_target = os.path.join(SESSION, "prefix", "drive_c", "Program Files", "Tarn")
+        wait_for(lambda: os.path.exists(os.path.join(prefix_target, "Uninstall.exe")),
+                 "the installation", timeout=60)
+        wait_for(lambda: b"TarnSetup" not in subprocess.run(["ps", "ax"], capture_output=True).stdout,
+                 "the installer's end", timeout=60)
+    finally:
+        l.close()
+        shutil.copy(l.trace_file, os.path.join(walk, "trace-media.txt"))
+    installed = Product.__new__(Product)
+    installed.folder = prefix_target
+    installed.wine_folder = target
+    l = Launcher(installed)
+    try:
+        l.wait_shown("LAUNCH")
+        l.park()
+        wait_for(lambda: "focused" in l.buttons(Shot()), "the LAUNCH page")
+        l.save_to(os.path.join(walk, "05-launch.png"))
+        l.key("Escape")
+        l.ended()
+    finally:
+        l.close()
+        shutil.copy(l.trace_file, os.path.join(walk, "trace-installed.txt"))
+        media.set_state(None)
+    print(f"pictures and traces in {walk}")
+
+
 # --- Skins of our own ----------------------------------------------------------------------
 
 def bmp24(w, h, rgb):
@@ -858,8 +928,8 @@ def main():
     os.makedirs(WORK, exist_ok=True)
     shutil.rmtree(SHOTS, ignore_errors=True)
     passed = failed = 0
-    for test in TESTS:
-        if ONLY and test.__name__ not in ONLY:
+    for test in TESTS + [demo_walk]:
+        if (ONLY and test.__name__ not in ONLY) or (not ONLY and test is demo_walk):
             continue
         start = time.monotonic()
         try:
