@@ -17,6 +17,9 @@ import subprocess
 import sys
 import time
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+from wine_session import session_env  # noqa: E402
+
 SESSION, BIN, DEMO, OUT = (os.path.abspath(a) for a in sys.argv[1:5])
 ONLY = sys.argv[5:]
 WORK = os.path.join(OUT, "launcher-window")
@@ -27,16 +30,7 @@ SKIN_W, SKIN_H = 500, 470  # the demo skin's background
 HELPER = os.path.join(BIN, "test_helper.exe")
 
 
-def session_env():
-    env = dict(os.environ)
-    env.update(WINEPREFIX=os.path.join(SESSION, "prefix"), WINEDEBUG="-all", WINEARCH="win64",
-               WINEDLLOVERRIDES="mscoree=d;mshtml=d;winemenubuilder.exe=d")
-    with open(os.path.join(SESSION, "display")) as f:
-        env["DISPLAY"] = f.read().strip()
-    return env
-
-
-ENV = session_env()
+ENV = session_env(SESSION)
 
 
 class Failure(Exception):

@@ -9,31 +9,13 @@
 //             another program and back through the task bar)
 //   region    prints "count left top right bottom" of the window's region, or "none"
 // Exit code 0 when the window was found, 1 when not, 2 on usage.
+#include "harness/wine_Harness.h"
+
 #include <windows.h>
 
 #include <cstdio>
 #include <cstring>
 #include <vector>
-
-namespace
-{
-struct Search
-{
-    const char* text;
-    HWND found;
-};
-
-BOOL CALLBACK FindMainWindow(HWND window, LPARAM param)
-{
-    auto* search = reinterpret_cast<Search*>(param);
-    char cls[256] = {}, text[256] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    GetWindowTextA(window, text, sizeof text);
-    if (strncmp(cls, "CltWin:", 7) != 0 || strcmp(text, search->text) != 0) return TRUE;
-    search->found = window;
-    return FALSE;
-}
-} // namespace
 
 int main(int argc, char** argv)
 {
@@ -42,9 +24,7 @@ int main(int argc, char** argv)
         fprintf(stderr, "usage: WinProbe.exe TEXT rect|iconic|activate|region\n");
         return 2;
     }
-    Search search{argv[1], nullptr};
-    EnumWindows(FindMainWindow, reinterpret_cast<LPARAM>(&search));
-    HWND w = search.found;
+    HWND w = harness::FindFrameworkWindow(argv[1]);
     if (!w) return 1;
     const char* command = argv[2];
     if (!strcmp(command, "rect"))

@@ -195,7 +195,7 @@ struct FrameworkWindowSearch
     HWND found;
 };
 
-BOOL CALLBACK FindFrameworkWindow(HWND window, LPARAM param)
+BOOL CALLBACK FindFrameworkWindowCallback(HWND window, LPARAM param)
 {
     auto* search = reinterpret_cast<FrameworkWindowSearch*>(param);
     char cls[256] = {}, text[256] = {};
@@ -207,19 +207,26 @@ BOOL CALLBACK FindFrameworkWindow(HWND window, LPARAM param)
 }
 } // namespace
 
+HWND FindFrameworkWindow(const char* text)
+{
+    FrameworkWindowSearch search{text, nullptr};
+    EnumWindows(FindFrameworkWindowCallback, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 bool CloseFrameworkWindow(const char* text, DWORD timeoutMs)
 {
     DWORD start = GetTickCount();
-    FrameworkWindowSearch search{text, nullptr};
-    while (EnumWindows(FindFrameworkWindow, reinterpret_cast<LPARAM>(&search)), !search.found)
+    HWND window;
+    while (!(window = FindFrameworkWindow(text)))
     {
         if (GetTickCount() - start > timeoutMs) return false;
         Sleep(20);
     }
     DWORD pid = 0;
-    GetWindowThreadProcessId(search.found, &pid);
+    GetWindowThreadProcessId(window, &pid);
     HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, pid);
-    PostMessageA(search.found, WM_CLOSE, 0, 0);
+    PostMessageA(window, WM_CLOSE, 0, 0);
     bool ended = process && WaitForSingleObject(process, timeoutMs) == WAIT_OBJECT_0;
     if (process) CloseHandle(process);
     return ended;

@@ -136,6 +136,8 @@ class Process
 
 // Waits until a top-level window of the class exists; returns it or null.
 HWND WaitForWindowClass(const char* className, DWORD timeoutMs = 10000);
+// The top-level window of the framework's classes ("CltWin:...") with this text, or null.
+HWND FindFrameworkWindow(const char* text);
 // Waits for a window of the framework's classes ("CltWin:...") with this text, asks it to
 // close as the player would, and waits until its program has ended. False on time-out.
 bool CloseFrameworkWindow(const char* text, DWORD timeoutMs = 20000);

@@ -13,21 +13,15 @@ import subprocess
 import sys
 import time
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../..", "support"))
+from wine_session import session_env  # noqa: E402
+
 SESSION, FIXTURE, OUT = (os.path.abspath(a) for a in sys.argv[1:4])
 LOG = os.path.join(OUT, "widget-input.log")
 TIMEOUT = 10.0
 
 
-def session_env():
-    env = dict(os.environ)
-    env.update(WINEPREFIX=os.path.join(SESSION, "prefix"), WINEDEBUG="-all", WINEARCH="win64",
-               WINEDLLOVERRIDES="mscoree=d;mshtml=d;winemenubuilder.exe=d")
-    with open(os.path.join(SESSION, "display")) as f:
-        env["DISPLAY"] = f.read().strip()
-    return env
-
-
-ENV = session_env()
+ENV = session_env(SESSION)
 
 
 class Failure(Exception):
