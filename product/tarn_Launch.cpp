@@ -19,17 +19,21 @@ bool IsDemoProduct()
     return strcmp(appType, "Demo") == 0;
 }
 
+int ShowProductMessage(LfxMain* main, HWND owner, uint16_t text, uint16_t caption, UINT style)
+{
+    return MessageBoxA(owner, main->GetSetupString(text).c_str(),
+                       main->GetSetupString(caption).c_str(), style);
+}
+
 bool CheckBeforeStart(HWND owner, LfxMain* main)
 {
-    CltString caption = main->GetSetupString(0xFF00);
     if (!main->CheckDirectSound() &&
-        MessageBoxA(owner, main->GetSetupString(0x5013).c_str(), caption.c_str(),
-                    MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDNO)
+        ShowProductMessage(main, owner, 0x5013, 0xFF00,
+                           MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDNO)
         return false;
     if (g_DisplayDevices.IsEmpty())
     {
-        MessageBoxA(owner, main->GetSetupString(0x7884).c_str(), caption.c_str(),
-                    MB_ICONEXCLAMATION);
+        ShowProductMessage(main, owner, 0x7884, 0xFF00, MB_ICONEXCLAMATION);
         return false;
     }
     return true;

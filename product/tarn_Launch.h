@@ -3,10 +3,14 @@
 // of the game's second program. (Windows only.)
 #pragma once
 
+#include <cstdint>
 #include <windows.h>
 
 class LfxMain;
 
+// The product's own message boxes: a text and a caption from the setup library's string
+// table, by number. Returns the button the player chose.
+int ShowProductMessage(LfxMain* main, HWND owner, uint16_t text, uint16_t caption, UINT style);
 // The product is the demo when [Startup] AppType of DataDir\setup.ini is exactly "Demo";
 // the file is read again at every call.
 bool IsDemoProduct();

@@ -5,7 +5,6 @@
 #include "product/tarn_Launch.h"
 #include "product/tarn_Launcher.h"
 
-#include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_cult/Source/clt_Init.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
 
@@ -17,15 +16,6 @@ const uint32_t kInstallButtons[] = {0x1000, 0x1002, 0x1003, 0x1004, 0};
 const uint32_t kLaunchButtons[] = {0xF007, 0xF005, 0x1002, 0x1003, 0x1004, 0};
 const uint32_t kHelpButtons[] = {0x1001, 0x1014, 0x1015, 0x1009, 0};
 const uint32_t kOptionsButtons[] = {0x1006, 0x1016, 0x1007, 0x1009, 0};
-
-// Message boxes of the pages, owned by the desktop: the text and caption numbers.
-void ShowPageMessage(LfxMain* main, uint16_t text, uint16_t caption, UINT style,
-                     int* answer = nullptr)
-{
-    int result = MessageBoxA(nullptr, main->GetSetupString(text).c_str(),
-                             main->GetSetupString(caption).c_str(), style);
-    if (answer) *answer = result;
-}
 
 void Title(LfxPage& page, uint16_t number)
 {
@@ -110,7 +100,7 @@ void CTarnLaunchPage::Play()
 {
     if (IsDemoProduct() && !CheckDirectXViaSetup())
     {
-        ShowPageMessage(m_pMain, 0x5014, 0xFF00, MB_OK);
+        ShowProductMessage(m_pMain, nullptr, 0x5014, 0xFF00, MB_OK);
         return;
     }
     m_pMain->PlaySoundByName("START", true);
@@ -187,8 +177,8 @@ void CTarnOptionsPage::Uninstall()
     if (m_bBusy) return;
     m_bBusy = 1;
     ClickWait(m_pMain);
-    int answer = 0;
-    ShowPageMessage(m_pMain, 0x7012, 0x1003, MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2, &answer);
+    int answer = ShowProductMessage(m_pMain, nullptr, 0x7012, 0x1003,
+                                    MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2);
     if (answer != IDNO)
     {
         m_bBusy = 0;

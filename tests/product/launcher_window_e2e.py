@@ -109,7 +109,8 @@ class Product:
     """A copy of the demo product with a setup.ini of the test's own (its own registry key
     and mutexes) and recorders in place of the programs the launcher starts."""
 
-    def __init__(self, name, ini=None, state=None, remove=(), folder=None, wine_folder=None):
+    def __init__(self, name, ini=None, state=None, folder=None, wine_folder=None, setup_dll=None):
+        """setup_dll: another name for the setup library, which leaves no VokSetup.dll."""
         self.name = name
         self.folder = folder or os.path.join(WORK, name)
         self.wine_folder = wine_folder or wine_path(self.folder)
@@ -126,16 +127,16 @@ class Product:
                   ("Mutex", "Launcher"): "WindowTestLauncher-" + name,
                   ("Mutex", "Product"): "WindowTestGame-" + name}
         values.update(ini or {})
-        self.values = dict(values)
-        self.write_ini(values)
-        values = self.values
-        for f in remove:
-            os.remove(os.path.join(self.data, f))
-        self.key = "HKLM\\Software\\" + values_of(values, "Company") + "\\" + \
-            values_of(values, "Product") + "\\1.0"
+        if setup_dll:
+            values[("Files", "SetupDll")] = setup_dll
+            os.rename(os.path.join(self.data, "VokSetup.dll"), os.path.join(self.data, setup_dll))
+        self.write_ini(dict(values))
+        self.key = "HKLM\\Software\\" + values[("Registry", "Company")] + "\\" + \
+            values[("Registry", "Product")] + "\\1.0"
         self.set_state(state)
 
     def write_ini(self, values):
+        """Sets the given keys of setup.ini (None removes a key); consumes 'values'."""
         path = os.path.join(self.data, "setup.ini")
         lines, section = [], None
         with open(path, encoding="latin-1") as f:
@@ -179,10 +180,6 @@ class Product:
                 return f.read().splitlines()
         except FileNotFoundError:
             return []
-
-
-def values_of(values, key):
-    return values[("Registry", key)]
 
 
 class Launcher:
@@ -240,8 +237,6 @@ class Launcher:
         if self.process.poll() is None:
             self.process.kill()
             self.process.wait()
-            subprocess.run(["wine", os.path.join(BIN, "WinProbe.exe"), "Tarn", "rect"], env=ENV,
-                           capture_output=True)
 
     # Input, in window coordinates.
     def move(self, x, y):
@@ -343,14 +338,14 @@ def first_page_by_state():
     try:
         l.wait_trace("LfxMain: m_dwState is [3]")
         l.park()
-        background = (6, 8, 12)
-        wait_for(lambda: l.buttons(Shot()) == [] and
-                 not near(l.pixel(Shot(), 250, 14), (235, 224, 190), 40), "the bare background")
+
+        def bare(shot):
+            return l.buttons(shot) == [] and not near(l.pixel(shot, 250, 14), (235, 224, 190), 40)
+        wait_for(lambda: bare(Shot()), "the bare background")
         l.key("alt+F4")
         expect(l.ended(), 0, "exit code")
         if any(line.startswith("LfxMain: Page [") for line in l.lines()):
             raise Failure("a page was shown")
-        del background
     finally:
         l.close()
 
@@ -475,7 +470,7 @@ def version_box():
         expect((text, style, owner), (VERSION, "style=0x40", "owner=none"), "the version box")
         l.key("Escape")
         expect(l.ended(), 0, "exit code")
-        if no_box("Tarn") is False:
+        if not no_box("Tarn"):
             raise Failure("a second version box")
     finally:
         l.close()
@@ -514,8 +509,7 @@ def play_with_the_checks():
         finally:
             l.close()
     # No display device (no VokSetup.dll under that name): M3 after M2, nothing started.
-    p = Product("play_nodisplay", state=True, ini={("Files", "SetupDll"): "Setup2.dll"})
-    os.rename(os.path.join(p.data, "VokSetup.dll"), os.path.join(p.data, "Setup2.dll"))
+    p = Product("play_nodisplay", state=True, setup_dll="Setup2.dll")
     l = Launcher(p)
     try:
         l.wait_shown("LAUNCH")
@@ -592,22 +586,26 @@ def uninstall():
         l.close()
 
 
+def press_and_expect_run(l, p, entry, program, args):
+    """Presses the page's button at 'entry' and waits for the recorder 'program' of the data
+    folder to write one more run, with these arguments and the data folder as its own."""
+    record = os.path.join("Install", program)
+    before = len(p.record(record))
+    l.click(300, 200 + 47 * entry + 20)
+    wait_for(lambda: len(p.record(record)) > before, f"{program}'s record")
+    expect(p.record(record)[-1], f"args={args}|cwd={wine_path(p.data)}", program)
+
+
 def documents_web_page_and_system_check():
     p = Product("helpers", state=True)
     l = Launcher(p)
-    data = wine_path(p.data)
     try:
         l.wait_shown("LAUNCH")
         l.click(300, 247 + 47 + 20)  # Help
         l.wait_shown("HELP")
         for k, program, args in [(1, "Doc.exe", "README"), (2, "Doc.exe", "TSGUIDE"),
                                  (0, "Syscheck.exe", "")]:
-            before = len(p.record(os.path.join("Install", program)))
-            l.click(300, 200 + 47 * k + 20)
-            wait_for(lambda: len(p.record(os.path.join("Install", program))) > before,
-                     f"{program}'s record")
-            expect(p.record(os.path.join("Install", program))[-1], f"args={args}|cwd={data}",
-                   program)
+            press_and_expect_run(l, p, k, program, args)
         # The system check ran while the window stood aside; it is back.
         wait_for(lambda: l.probe("rect") != "", "the window")
         l.park()
@@ -617,12 +615,7 @@ def documents_web_page_and_system_check():
         l.click(300, 200 + 3 * 47 + 20)  # Options
         l.wait_shown("OPTIONS")
         for k, program, args in [(0, "Url.exe", "HOMEPAGE"), (1, "Doc.exe", "LICENSE")]:
-            before = len(p.record(os.path.join("Install", program)))
-            l.click(300, 200 + 47 * k + 20)
-            wait_for(lambda: len(p.record(os.path.join("Install", program))) > before,
-                     f"{program}'s record")
-            expect(p.record(os.path.join("Install", program))[-1], f"args={args}|cwd={data}",
-                   program)
+            press_and_expect_run(l, p, k, program, args)
     finally:
         l.close()
 
@@ -630,9 +623,7 @@ def documents_web_page_and_system_check():
 def demo_without_directx():
     """The demo checks DirectX through its setup library first: without the check's entry it
     says so (M1) and starts nothing."""
-    p = Product("demo_m1", state=True, ini={("Startup", "AppType"): "Demo",
-                                            ("Files", "SetupDll"): "Setup2.dll"})
-    os.rename(os.path.join(p.data, "VokSetup.dll"), os.path.join(p.data, "Setup2.dll"))
+    p = Product("demo_m1", state=True, ini={("Startup", "AppType"): "Demo"}, setup_dll="Setup2.dll")
     shutil.copy(os.path.join(BIN, "NoExport.dll"), os.path.join(p.data, "VokSetup.dll"))
     l = Launcher(p)
     try:
@@ -652,17 +643,23 @@ def demo_without_directx():
         l.close()
 
 
+def empty_disc():
+    """The folder of the session's CD drive E:, emptied but for its volume label."""
+    disc = os.path.join(SESSION, "drive-e")
+    for entry in os.listdir(disc):
+        if entry != ".windows-label":
+            path = os.path.join(disc, entry)
+            shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
+    return disc
+
+
 def install_then_launch():
     """Install runs the real installer (silently, into the product's folder); the installed
     launcher then opens on LAUNCH."""
     target = os.path.join(WORK, "installed")
     shutil.rmtree(target, ignore_errors=True)
     # The installer runs from the disc in drive E: (its label begins with the [Startup] Data).
-    disc = os.path.join(SESSION, "drive-e")
-    for entry in os.listdir(disc):
-        if entry != ".windows-label":
-            path = os.path.join(disc, entry)
-            shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
+    disc = empty_disc()
     staged = Product("install", state=None, ini={("Registry", "Company"): "Tarn Games",
                                                  ("Registry", "Product"): "Tarn",
                                                  ("Files", "CmdLine"): "/S /D=" + wine_path(target)})
@@ -704,12 +701,8 @@ def demo_walk():
     walk = os.path.join(OUT, "walk")
     shutil.rmtree(walk, ignore_errors=True)
     os.makedirs(walk)
-    disc = os.path.join(SESSION, "drive-e")
+    disc = empty_disc()
     target = "C:\\Program Files\\Tarn"
-    for entry in os.listdir(disc):
-        if entry != ".windows-label":
-            path = os.path.join(disc, entry)
-            shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
     for entry in os.listdir(DEMO):
         src = os.path.join(DEMO, entry)
         (shutil.copytree if os.path.isdir(src) else shutil.copy)(src, os.path.join(disc, entry))
