@@ -563,7 +563,6 @@ def uninstall():
         l.wait_buttons(focus(4, 0))
         l.click(300, 294 + 20)  # Uninstall
         text, style, owner = box("Options", 0)
-        Shot().save_crop(os.path.join(OUT, "m4.png"), 0, 0, SCREEN_W, SCREEN_H)
         expect((text, style, owner),
                ("Do you really want to remove Tarn and all of its saved games from this computer?",
                 "style=0x124", "owner=none"), "M4")
