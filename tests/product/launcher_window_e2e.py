@@ -97,6 +97,10 @@ def near(a, b, tolerance=24):
 FACES = {"normal": (232, 220, 187), "focused": (27, 41, 66), "pressed": (21, 73, 134)}
 
 
+# The demo caption's middle in its inactive look.
+INACTIVE_CAPTION = (186, 190, 195)
+
+
 def button_look(colour):
     for name, face in FACES.items():
         if near(colour, face, 12):
@@ -566,7 +570,14 @@ def uninstall():
         expect((text, style, owner),
                ("Do you really want to remove Tarn and all of its saved games from this computer?",
                 "style=0x124", "owner=none"), "M4")
-        # A second press while the question is open.
+        # A second press while the question is open. The question takes the activation from
+        # the window a moment after it shows, which cancels a press made before: the press
+        # waits until the caption shows the inactive look.
+        wait_for(lambda: near(l.pixel(Shot(), 300, 10), INACTIVE_CAPTION, 20),
+                 "the window made inactive by the question")
+        # The pointer comes back to the button from Back, whose look shows the window follows it.
+        l.move(300, 341 + 20)
+        wait_for(lambda: l.buttons(Shot())[3:4] == ["focused"], "the pointer over Back")
         l.move(300, 294 + 20)
         xdo("mousedown", "1")
         wait_for(lambda: l.buttons(Shot())[2:3] == ["pressed"], "the pressed Uninstall button")
