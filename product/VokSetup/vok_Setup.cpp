@@ -8,6 +8,7 @@
 //   DirectXState=N      the result of GetDirectXState
 //   DirectXInstall=N    the result of InstallDirectX (no program is run)
 //   CheckDirectX=N      the result of VokSetup_CheckDirectX
+//   Text_XXXX=TEXT      the text of number 0xXXXX (four hex digits, upper case)
 //   Displays=N          describe N display devices named "Test Display 1".. (0: none),
 //                       identifier byte k of device i being 0x10 * i + k
 #include "FrameWork/_cult/Source/clt_SystemLibrary.h"
@@ -48,10 +49,31 @@ int TestSetting(const char* key, int fallback)
     strcpy(slash + 1, "setup.ini");
     return static_cast<int>(GetPrivateProfileIntA("VokSetupTest", key, fallback, path));
 }
+
+// The text that [VokSetupTest] Text_XXXX sets for a number, kept in 'text'; false when the
+// key is not there.
+bool TestText(uint16_t number, std::string& text)
+{
+    char path[MAX_PATH] = {}, key[16], value[1200];
+    GetModuleFileNameA(g_hModule, path, MAX_PATH);
+    char* slash = strrchr(path, '\\');
+    if (!slash) return false;
+    strcpy(slash + 1, "setup.ini");
+    snprintf(key, sizeof key, "Text_%04X", number);
+    const char absent[] = "\x01";
+    GetPrivateProfileStringA("VokSetupTest", key, absent, value, sizeof value, path);
+    if (!strcmp(value, absent)) return false;
+    text = value;
+    return true;
+}
 #else
 int TestSetting(const char*, int fallback)
 {
     return fallback;
+}
+bool TestText(uint16_t, std::string&)
+{
+    return false;
 }
 #endif
 
@@ -85,6 +107,7 @@ class DemoSetup final : public CVokSetup
   public:
     const char* GetString(uint16_t number) override
     {
+        if (TestText(number, m_testText)) return m_testText.c_str();
         size_t lo = 0, hi = sizeof kStrings / sizeof kStrings[0];
         while (lo < hi)
         {
@@ -128,6 +151,9 @@ class DemoSetup final : public CVokSetup
     }
 
     void Release() override { delete this; }
+
+  private:
+    std::string m_testText; // the latest text set by the test settings
 };
 
 void AddDisplay(VokDisplayDescription* desc, const GUID* guid, const char* name)
