@@ -188,7 +188,7 @@ class Product:
 
 
 class Launcher:
-    def __init__(self, product, args=(), size=(SKIN_W, SKIN_H), park=(90, 400)):
+    def __init__(self, product, args=(), size=(SKIN_W, SKIN_H), park=(90, 400), env=None):
         self.product = product
         self.width, self.height = size
         self.left = (SCREEN_W - self.width) >> 1
@@ -203,7 +203,7 @@ class Launcher:
         self.process = subprocess.Popen(
             ["wine", os.path.join(BIN, "TraceRun.exe"), "/out:" + wine_path(self.trace_file),
              product.wine_folder.rstrip("\\") + "\\Launcher.exe", *args],
-            env=ENV, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            env=env or ENV, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL)
         self.seen = 0
 
@@ -410,19 +410,81 @@ def options_page():
         l.close()
 
 
-def close_button():
-    l = Launcher(Product("closebutton", state=None))
+def read_file(path, mode="r"):
     try:
-        l.wait_shown("INSTALL")
-        l.move(480, 12)  # over the close button
-        plate = lambda: l.pixel(Shot(), 476, 12)
-        wait_for(lambda: near(plate(), (63, 116, 176), 40), "the close button's hover image")
-        xdo("mousedown", "1")
-        wait_for(lambda: near(plate(), (201, 155, 62), 40), "the close button's pressed image")
-        xdo("mouseup", "1")
-        expect(l.ended(), 0, "exit code")
+        with open(path, mode) as f:
+            return f.read()
+    except FileNotFoundError:
+        return b"" if "b" in mode else ""
+
+
+def long_sound(path, seconds):
+    """Writes a tone of that length (22050 Hz, 16-bit mono) as a wave file; returns its samples."""
+    import math
+    import struct
+    import wave
+    samples = b"".join(struct.pack("<h", int(8000 * math.sin(i * 2 * math.pi * 440 / 22050)))
+                       for i in range(22050 * seconds))
+    with wave.open(path, "wb") as w:
+        w.setnchannels(1)
+        w.setsampwidth(2)
+        w.setframerate(22050)
+        w.writeframes(samples)
+    return samples
+
+
+def sound_home(name):
+    """A HOME whose ALSA configuration makes the default device write what it plays to
+    HOME/capture.raw (a file started anew for every sound)."""
+    home = os.path.join(WORK, name + "-home")
+    os.makedirs(home, exist_ok=True)
+    capture = os.path.join(home, "capture.raw")
+    if os.path.exists(capture):
+        os.remove(capture)
+    with open(os.path.join(home, ".asoundrc"), "w") as f:
+        f.write('pcm.!default {\n  type file\n  slave.pcm "null"\n  file "%s"\n  format "raw"\n}\n'
+                % capture)
+    return home, capture
+
+
+def close_button():
+    """The close button asks the help viewer (a recorder of the class WinHelp talks to) to
+    quit with the launcher's help file, stops the opening sound (twenty seconds long, so it
+    still plays) and ends the launcher with exit code 0."""
+    p = Product("closebutton", state=None)
+    samples = long_sound(os.path.join(p.data, "OPEN.wav"), 20)
+    home, capture = sound_home("closebutton")
+    help_log = os.path.join(p.folder, "help.log")
+    viewer = subprocess.Popen(["wine", os.path.join(BIN, "help_recorder.exe"), wine_path(help_log)],
+                              env=ENV, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL)
+    try:
+        wait_for(lambda: read_file(help_log) == "ready\n", "the help viewer's window")
+        l = Launcher(p, env=dict(ENV, HOME=home))
+        try:
+            l.wait_shown("INSTALL")
+            wait_for(lambda: len(read_file(capture, "rb")) > 0, "the opening sound on the device")
+            l.move(480, 12)  # over the close button
+            plate = lambda: l.pixel(Shot(), 476, 12)
+            wait_for(lambda: near(plate(), (63, 116, 176), 40), "the close button's hover image")
+            xdo("mousedown", "1")
+            wait_for(lambda: near(plate(), (201, 155, 62), 40), "the close button's pressed image")
+            xdo("mouseup", "1")
+            expect(l.ended(), 0, "exit code")
+        finally:
+            l.close()
+        expect(read_file(help_log).splitlines(),
+               ["ready", "command=2 file=" + p.wine_folder + "\\Tarn.hlp"], "the help requests")
+        # The start of the sound, then at most the silence that fills the device's last
+        # period when a sound is stopped.
+        played = read_file(capture, "rb")
+        sound = played.rstrip(b"\0")
+        expect((0 < len(sound), len(played) < len(samples), samples.startswith(sound)),
+               (True, True, True),
+               f"the opening sound cut short ({len(played)} of {len(samples)} bytes played)")
     finally:
-        l.close()
+        viewer.kill()
+        viewer.wait()
 
 
 def minimise_and_restore():
