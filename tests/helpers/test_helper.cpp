@@ -3,9 +3,10 @@
 //
 // Without -HOLD it appends to "<its own path>.log" one line per run:
 //   args=<the command line after the program's own name>|cwd=<the current folder>
-// and ends with exit code 0.
+// and ends with exit code 0; when "<path>.hold" exists, it first writes "<path>.ready" and
+// waits until "<path>.release" exists (at most 60 s).
 // With -HOLD=NAME[,NAME...] it creates and holds those mutexes, writes "<path>.ready",
-// and waits until "<path>.release" exists (at most 60 s).
+// and waits as above.
 // With -LOAD=NAME it loads the library NAME the ordinary way (by name, searched for
 // from its own folder on) and ends with exit code 0 if it loaded, 1 if not.
 #include "product/demo/demo_Common.h"
@@ -30,6 +31,19 @@ void Touch(const std::string& path)
 {
     if (FILE* f = fopen(path.c_str(), "wb")) fclose(f);
 }
+
+bool Exists(const std::string& path)
+{
+    return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// Says it is ready, then waits for the test to release it.
+void Hold(const std::string& self)
+{
+    Touch(self + ".ready");
+    for (int i = 0; i < 600 && !Exists(self + ".release"); ++i)
+        Sleep(100);
+}
 } // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
@@ -48,11 +62,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
             held.push_back(CreateMutexA(nullptr, TRUE, names.substr(start, comma - start).c_str()));
             start = comma + 1;
         }
-        Touch(self + ".ready");
-        for (int i = 0;
-             i < 600 && GetFileAttributesA((self + ".release").c_str()) == INVALID_FILE_ATTRIBUTES;
-             ++i)
-            Sleep(100);
+        Hold(self);
         for (HANDLE h : held)
             CloseHandle(h);
         return 0;
@@ -64,5 +74,6 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
         fprintf(log, "args=%s|cwd=%s\n", args, cwd);
         fclose(log);
     }
+    if (Exists(self + ".hold")) Hold(self);
     return 0;
 }

@@ -5,6 +5,7 @@
 // Usage: WinProbe.exe TEXT COMMAND
 //   rect      prints "left top right bottom" of the window
 //   iconic    prints 1 when the window is minimised, else 0
+//   visible   prints 1 when the window is visible, else 0
 //   activate  another window becomes active, then this one (as a player who switches to
 //             another program and back through the task bar)
 //   region    prints "count left top right bottom" of the window's region, or "none"
@@ -21,7 +22,7 @@ int main(int argc, char** argv)
 {
     if (argc != 3)
     {
-        fprintf(stderr, "usage: WinProbe.exe TEXT rect|iconic|activate|region\n");
+        fprintf(stderr, "usage: WinProbe.exe TEXT rect|iconic|visible|activate|region\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
@@ -35,6 +36,8 @@ int main(int argc, char** argv)
     }
     else if (!strcmp(command, "iconic"))
         printf("%d\n", IsIconic(w) ? 1 : 0);
+    else if (!strcmp(command, "visible"))
+        printf("%d\n", IsWindowVisible(w) ? 1 : 0);
     else if (!strcmp(command, "activate"))
     {
         HWND other = CreateWindowExA(0, "STATIC", "WinProbe", WS_POPUP | WS_VISIBLE, 0, 0, 1, 1,
