@@ -2,13 +2,15 @@
 // outside Wine. The window is the visible or minimised top-level window of a framework
 // class ("CltWin:...") with the given text.
 //
-// Usage: WinProbe.exe TEXT COMMAND
+// Usage: WinProbe.exe TEXT COMMAND [FILE]
 //   rect      prints "left top right bottom" of the window
 //   iconic    prints 1 when the window is minimised, else 0
 //   visible   prints 1 when the window is visible, else 0
 //   activate  another window becomes active, then this one (as a player who switches to
 //             another program and back through the task bar)
 //   region    prints "count left top right bottom" of the window's region, or "none"
+//   shot FILE writes the screen under the window's rectangle, as the system reads it back
+//             (through the palette on a display of 8 bits per pixel), as a 24-bit BMP
 // Exit code 0 when the window was found, 1 when not, 2 on usage.
 #include "harness/wine_Harness.h"
 
@@ -18,11 +20,51 @@
 #include <cstring>
 #include <vector>
 
+namespace
+{
+// The screen under the rectangle as a bottom-up 24-bit BMP file.
+bool SaveScreen(const RECT& r, const char* path)
+{
+    int width = r.right - r.left, height = r.bottom - r.top;
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 24;
+    void* bits = nullptr;
+    HDC screen = GetDC(nullptr);
+    HDC memory = CreateCompatibleDC(screen);
+    HBITMAP dib = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    HGDIOBJ old = SelectObject(memory, dib);
+    BitBlt(memory, 0, 0, width, height, screen, r.left, r.top, SRCCOPY);
+    GdiFlush();
+    DWORD rowBytes = (DWORD(width) * 3 + 3) & ~3u, imageBytes = rowBytes * DWORD(height);
+    BITMAPFILEHEADER file = {};
+    file.bfType = 0x4D42;
+    file.bfOffBits = sizeof file + sizeof info.bmiHeader;
+    file.bfSize = file.bfOffBits + imageBytes;
+    bool written = false;
+    if (FILE* f = fopen(path, "wb"))
+    {
+        written = fwrite(&file, sizeof file, 1, f) == 1 &&
+                  fwrite(&info.bmiHeader, sizeof info.bmiHeader, 1, f) == 1 &&
+                  fwrite(bits, imageBytes, 1, f) == 1;
+        fclose(f);
+    }
+    SelectObject(memory, old);
+    DeleteObject(dib);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return written;
+}
+} // namespace
+
 int main(int argc, char** argv)
 {
-    if (argc != 3)
+    if (argc != 3 && !(argc == 4 && !strcmp(argv[2], "shot")))
     {
-        fprintf(stderr, "usage: WinProbe.exe TEXT rect|iconic|visible|activate|region\n");
+        fprintf(stderr, "usage: WinProbe.exe TEXT rect|iconic|visible|activate|region|shot FILE\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
@@ -45,6 +87,12 @@ int main(int argc, char** argv)
         SetForegroundWindow(other);
         SetForegroundWindow(w);
         DestroyWindow(other);
+    }
+    else if (!strcmp(command, "shot"))
+    {
+        RECT r;
+        GetWindowRect(w, &r);
+        if (!SaveScreen(r, argv[3])) return 1;
     }
     else if (!strcmp(command, "region"))
     {
