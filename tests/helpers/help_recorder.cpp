@@ -61,8 +61,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
     wc.hInstance = instance;
     wc.lpszClassName = "MS_WINHELP";
     if (!RegisterClassA(&wc)) return 1;
-    if (!CreateWindowA("MS_WINHELP", "help recorder", WS_OVERLAPPED, 0, 0, 10, 10, nullptr,
-                       nullptr, instance, nullptr))
+    if (!CreateWindowA("MS_WINHELP", "help recorder", WS_OVERLAPPED, 0, 0, 10, 10, nullptr, nullptr,
+                       instance, nullptr))
         return 1;
     Write("ready");
     MSG msg;
