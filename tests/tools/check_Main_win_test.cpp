@@ -34,8 +34,8 @@ HANDLE Inheritable(const std::string& path)
                        FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// Each run writes files of its own: the console host that Wine starts for the program
-// inherits the handles too and may hold them a moment after the program has ended.
+// The program shares this test's console (no console host of its own is started) and
+// writes to files of its own run.
 Outcome RunCheck(const std::string& arguments)
 {
     static int run = 0;
@@ -51,8 +51,10 @@ Outcome RunCheck(const std::string& arguments)
     std::string commandLine = "\"" + program + "\" " + arguments;
     PROCESS_INFORMATION pi = {};
     Outcome outcome;
-    if (CreateProcessA(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE,
-                       CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi))
+    bool started = CreateProcessA(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0,
+                                  nullptr, nullptr, &si, &pi);
+    EXPECT_TRUE(started) << "error " << GetLastError() << " starting " << commandLine;
+    if (started)
     {
         EXPECT_EQ(WaitForSingleObject(pi.hProcess, 60000), WAIT_OBJECT_0);
         GetExitCodeProcess(pi.hProcess, &outcome.exitCode);
