@@ -39,29 +39,35 @@ const StringEntry kStrings[] = {
 HMODULE g_hModule = nullptr;
 
 #ifdef VOK_TEST_SETTINGS
-// The value of [VokSetupTest] key in setup.ini beside this library, or 'fallback'.
-int TestSetting(const char* key, int fallback)
+// setup.ini beside this library; "" when the library's path has no folder.
+std::string TestSettingsFile()
 {
     char path[MAX_PATH] = {};
     GetModuleFileNameA(g_hModule, path, MAX_PATH);
     char* slash = strrchr(path, '\\');
-    if (!slash) return fallback;
+    if (!slash) return std::string();
     strcpy(slash + 1, "setup.ini");
-    return static_cast<int>(GetPrivateProfileIntA("VokSetupTest", key, fallback, path));
+    return path;
+}
+
+// The value of [VokSetupTest] key in setup.ini beside this library, or 'fallback'.
+int TestSetting(const char* key, int fallback)
+{
+    std::string file = TestSettingsFile();
+    if (file.empty()) return fallback;
+    return static_cast<int>(GetPrivateProfileIntA("VokSetupTest", key, fallback, file.c_str()));
 }
 
 // The text that [VokSetupTest] Text_XXXX sets for a number, kept in 'text'; false when the
 // key is not there.
 bool TestText(uint16_t number, std::string& text)
 {
-    char path[MAX_PATH] = {}, key[16], value[1200];
-    GetModuleFileNameA(g_hModule, path, MAX_PATH);
-    char* slash = strrchr(path, '\\');
-    if (!slash) return false;
-    strcpy(slash + 1, "setup.ini");
+    std::string file = TestSettingsFile();
+    if (file.empty()) return false;
+    char key[16], value[1200];
     snprintf(key, sizeof key, "Text_%04X", number);
     const char absent[] = "\x01";
-    GetPrivateProfileStringA("VokSetupTest", key, absent, value, sizeof value, path);
+    GetPrivateProfileStringA("VokSetupTest", key, absent, value, sizeof value, file.c_str());
     if (!strcmp(value, absent)) return false;
     text = value;
     return true;

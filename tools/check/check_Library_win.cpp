@@ -9,7 +9,6 @@
 
 namespace
 {
-const char kStops[] = "; the launcher stops at start-up (assertion ";
 
 std::string LoadError(DWORD error)
 {
@@ -24,19 +23,20 @@ void CheckSetupLibrary(const ProductFolder& folder, const SettingsFacts& facts, 
     if (facts.setupDll.empty()) return; // setup.ini's check has said so
     std::string path = CheckFileName(folder.DataDir(), facts.setupDll);
     std::string shown = CheckFileName(folder.anchor, facts.setupDll);
-    if (!IsFile(path))
-        return report.Add(shown, std::string("missing") + kStops + "m_hSetupDll!=0)");
+    if (!IsFile(path)) return report.Add(shown, "missing; " + StopsAtStartUp("m_hSetupDll!=0"));
     HMODULE library = LoadLibraryA(path.c_str());
-    if (!library) return report.Add(shown, LoadError(GetLastError()) + kStops + "m_hSetupDll!=0)");
+    if (!library)
+        return report.Add(shown,
+                          LoadError(GetLastError()) + "; " + StopsAtStartUp("m_hSetupDll!=0"));
     auto getSetup = reinterpret_cast<PFN_VokSetup_GetSetup>(
         reinterpret_cast<void*>(GetProcAddress(library, "VokSetup_GetSetup")));
     CVokSetup* setup = nullptr;
     if (!getSetup)
-        report.Add(shown, std::string("has no export VokSetup_GetSetup") + kStops +
-                              "VokSetup_GetSetup!=0)");
+        report.Add(shown,
+                   "has no export VokSetup_GetSetup; " + StopsAtStartUp("VokSetup_GetSetup!=0"));
     else if (!getSetup(folder.DataDir().c_str(), &setup) || !setup)
-        report.Add(shown, std::string("VokSetup_GetSetup gives no setup object") + kStops +
-                              "VokSetup_GetSetup(g_Env[\"DataDir\"],&m_pVokSetup))");
+        report.Add(shown, "VokSetup_GetSetup gives no setup object; " +
+                              StopsAtStartUp("VokSetup_GetSetup(g_Env[\"DataDir\"],&m_pVokSetup)"));
     if (!GetProcAddress(library, "VokSetup_HardwareSetup"))
         report.Add(shown, "has no export VokSetup_HardwareSetup; no display device is listed, "
                           "so Play shows text 0x7884 and starts nothing");

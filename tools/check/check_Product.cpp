@@ -37,14 +37,13 @@ CheckReport CheckProduct(const ProductFolder& folder)
     std::string dataDir = folder.DataDir();
     if (!IsFolder(dataDir))
     {
-        report.Add(folder.anchor, "the data folder is missing; the launcher stops at start-up "
-                                  "(assertion clt_IsDirectoryPresent(g_Env[\"DataDir\"]))");
+        report.Add(folder.anchor, "the data folder is missing; " +
+                                      StopsAtStartUp("clt_IsDirectoryPresent(g_Env[\"DataDir\"])"));
         return report;
     }
     if (!IsFile(CheckFileName(dataDir, "setup.ini")))
         report.Add(CheckFileName(folder.anchor, "setup.ini"),
-                   "missing; the launcher stops at start-up (assertion "
-                   "clt_IsFilePresent(g_Env[\"IniPath\"]))");
+                   "missing; " + StopsAtStartUp("clt_IsFilePresent(g_Env[\"IniPath\"])"));
     else
         CheckSetupLibrary(folder, CheckSettings(folder, report), report);
     CheckSkin(dataDir, folder.anchor, report);

@@ -8,6 +8,11 @@ void CheckReport::Add(const std::string& file, int line, const std::string& text
     m_lines.push_back(where + ": " + text);
 }
 
+std::string StopsAtStartUp(const std::string& assertion)
+{
+    return "the launcher stops at start-up (assertion " + assertion + ")";
+}
+
 std::string CheckFileName(const std::string& folder, const std::string& name)
 {
     if (folder.empty()) return name;

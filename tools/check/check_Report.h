@@ -22,5 +22,9 @@ class CheckReport
     std::vector<std::string> m_lines;
 };
 
+// What the player sees when a start-up assertion fails, for a report line:
+// "the launcher stops at start-up (assertion EXPRESSION)".
+std::string StopsAtStartUp(const std::string& assertion);
+
 // "Install\setup.ini" for ("Install", "setup.ini"); the name alone when the folder is empty.
 std::string CheckFileName(const std::string& folder, const std::string& name);

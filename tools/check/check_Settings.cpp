@@ -93,8 +93,7 @@ class SettingsCheck
         for (const Key& key : kKeys)
         {
             if (key.kind == Kind::Required && Value(key).empty())
-                Add(key, Absent(key) + "; the launcher stops at start-up (assertion " +
-                             key.assertion + ")");
+                Add(key, Absent(key) + "; " + StopsAtStartUp(key.assertion));
             if (key.kind == Kind::Number) CheckNumber(key);
         }
         CheckRegistry();

@@ -111,8 +111,9 @@ class SkinCheck
     bool Load(const SkinFile& file, CltImage& image)
     {
         std::string path = Path(file.name);
-        if (!IsFile(path)) return Add(file, std::string("missing; ") + file.without), false;
-        if (FileSize(path) == 0) return Add(file, std::string("is empty; ") + file.without), false;
+        int64_t size = FileSize(path);
+        if (size < 0) return Add(file, std::string("missing; ") + file.without), false;
+        if (size == 0) return Add(file, std::string("is empty; ") + file.without), false;
         if (!LoadImageFile(CLTID_FileStream, image, path.c_str()) || !image.m_pData ||
             image.m_nWidth <= 0 || image.m_nHeight <= 0)
             return Add(file, std::string("cannot be read by the launcher's picture reader; ") +
