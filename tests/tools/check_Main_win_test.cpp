@@ -7,8 +7,6 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 namespace
@@ -18,14 +16,6 @@ struct Outcome
     DWORD exitCode = 0xFFFFFFFF;
     std::string out, err;
 };
-
-std::string ReadAll(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 HANDLE Inheritable(const std::string& path)
 {
@@ -63,8 +53,8 @@ Outcome RunCheck(const std::string& arguments)
     }
     CloseHandle(si.hStdOutput);
     CloseHandle(si.hStdError);
-    outcome.out = ReadAll(outPath);
-    outcome.err = ReadAll(errPath);
+    outcome.out = harness::ReadTextFile(outPath);
+    outcome.err = harness::ReadTextFile(errPath);
     return outcome;
 }
 } // namespace
@@ -78,8 +68,8 @@ TEST(ProductCheckProgram, ReportsAndExitCodes)
     // A copy with two faults, named relative to the current folder and with the data
     // folder's name given.
     std::string copy = harness::Join(harness::TestRoot(), "Product");
-    std::filesystem::remove_all(copy);
-    std::filesystem::copy(DEMO_PRODUCT, copy, std::filesystem::copy_options::recursive);
+    harness::RemoveTree(copy);
+    ASSERT_TRUE(harness::CopyTree(DEMO_PRODUCT, copy));
     std::filesystem::rename(copy + "\\Install", copy + "\\Data");
     std::filesystem::remove(copy + "\\Data\\CLICK.wav");
     std::filesystem::remove(copy + "\\Data\\Url.exe");

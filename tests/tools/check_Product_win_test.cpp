@@ -12,7 +12,6 @@
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -22,18 +21,8 @@ namespace fs = std::filesystem;
 
 namespace
 {
-std::string ReadText(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-void WriteText(const std::string& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
-}
+using harness::ReadTextFile;
+using harness::WriteTextFile;
 
 // An uncompressed 32-bit TGA of one colour.
 std::string Tga(int width, int height)
@@ -64,8 +53,8 @@ class Product
     explicit Product(const std::string& name)
         : m_dir(harness::Join(harness::TestRoot(), name)), m_data(m_dir + "\\Install")
     {
-        fs::remove_all(m_dir);
-        fs::copy(DEMO_PRODUCT, m_dir, fs::copy_options::recursive);
+        harness::RemoveTree(m_dir);
+        EXPECT_TRUE(harness::CopyTree(DEMO_PRODUCT, m_dir));
     }
     const std::string& Dir() const { return m_dir; }
     std::string File(const std::string& name) const { return m_data + "\\" + name; }
@@ -74,7 +63,7 @@ class Product
     // hold several lines, or none).
     void Ini(const std::string& line, const std::string& replacement)
     {
-        std::string text = ReadText(File("setup.ini")), out;
+        std::string text = ReadTextFile(File("setup.ini")), out;
         std::istringstream in(text);
         bool found = false;
         for (std::string l; std::getline(in, l);)
@@ -89,25 +78,28 @@ class Product
                 out += l + "\r\n";
         }
         ASSERT_TRUE(found) << line;
-        WriteText(File("setup.ini"), out);
+        WriteTextFile(File("setup.ini"), out);
     }
     void AppendIni(const std::string& text)
     {
-        WriteText(File("setup.ini"), ReadText(File("setup.ini")) + text);
+        WriteTextFile(File("setup.ini"), ReadTextFile(File("setup.ini")) + text);
     }
-    void Write(const std::string& name, const std::string& bytes) { WriteText(File(name), bytes); }
+    void Write(const std::string& name, const std::string& bytes)
+    {
+        WriteTextFile(File(name), bytes);
+    }
     void Remove(const std::string& name) { ASSERT_TRUE(fs::remove(File(name))) << name; }
     void Cut(const std::string& name, size_t size) { fs::resize_file(File(name), size); }
     void Patch32(const std::string& name, size_t at, uint32_t value)
     {
-        std::string bytes = ReadText(File(name));
+        std::string bytes = ReadTextFile(File(name));
         memcpy(&bytes[at], &value, 4);
         Write(name, bytes);
     }
     void UseLibrary(const char* builtName)
     {
-        fs::remove(File("VokSetup.dll"));
-        fs::copy_file(harness::Join(harness::ExeFolder(), builtName), File("VokSetup.dll"));
+        ASSERT_TRUE(harness::CopyInto(harness::Join(harness::ExeFolder(), builtName), m_data,
+                                      "VokSetup.dll"));
     }
 
     // "{TEXT}" in an expected line is the number of the first line of setup.ini that is
@@ -121,7 +113,7 @@ class Product
             int nth = 1;
             if (size_t hash = wanted.find('#'); hash != std::string::npos)
                 nth = std::stoi(wanted.substr(hash + 1)), wanted.resize(hash);
-            std::istringstream in(ReadText(File("setup.ini")));
+            std::istringstream in(ReadTextFile(File("setup.ini")));
             int number = 0, at = 0;
             for (std::string l; std::getline(in, l);)
             {
@@ -284,7 +276,8 @@ TEST(ProductCheck, EachFaultGivesItsReportLines)
           ini + "{CmdLine=/S}: [Files] CmdLine appears again (first on line {CmdLine=}); the "
                 "launcher uses the first"}},
         {"byte-order mark",
-         [](Product& p) { p.Write("setup.ini", "\xEF\xBB\xBF" + ReadText(p.File("setup.ini"))); },
+         [](Product& p)
+         { p.Write("setup.ini", "\xEF\xBB\xBF" + ReadTextFile(p.File("setup.ini"))); },
          {ini + "1: starts with a UTF-8 byte-order mark; Windows reads it as part of the first "
                 "line, so [Registry] is not found"}},
         // The setup library.
