@@ -23,28 +23,11 @@ std::string WindowText(HWND window)
     return std::string(buffer, copied);
 }
 
-std::string ClassOf(HWND window)
+BOOL CALLBACK StopAtMatch(HWND window, LPARAM param)
 {
-    char name[256] = {};
-    GetClassNameA(window, name, sizeof name);
-    return name;
-}
-
-struct BoxSearch
-{
-    DWORD pid;
-    std::set<HWND>* seen;
-    HWND found;
-};
-
-BOOL CALLBACK FindNewBox(HWND window, LPARAM param)
-{
-    auto* search = reinterpret_cast<BoxSearch*>(param);
-    DWORD pid = 0;
-    GetWindowThreadProcessId(window, &pid);
-    if (pid != search->pid || !IsWindowVisible(window)) return TRUE;
-    if (ClassOf(window) != "#32770" || search->seen->count(window)) return TRUE;
-    search->found = window;
+    auto* search = reinterpret_cast<std::pair<const std::function<bool(HWND)>*, HWND>*>(param);
+    if (!(*search->first)(window)) return TRUE;
+    search->second = window;
     return FALSE;
 }
 
@@ -264,13 +247,19 @@ BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
                     WindowSearch windows{st->pid, &closed};
                     EnumWindows(CloseFrameworkWindow, reinterpret_cast<LPARAM>(&windows));
                 }
-                BoxSearch search{st->pid, &seen, nullptr};
-                EnumWindows(FindNewBox, reinterpret_cast<LPARAM>(&search));
-                if (search.found)
+                HWND found = FindTopLevelWindow(
+                    [&](HWND window)
+                    {
+                        DWORD pid = 0;
+                        GetWindowThreadProcessId(window, &pid);
+                        return pid == st->pid && IsWindowVisible(window) &&
+                               ClassOf(window) == "#32770" && !seen.count(window);
+                    });
+                if (found)
                 {
-                    seen.insert(search.found);
+                    seen.insert(found);
                     Sleep(50); // let the box finish setting up its controls
-                    MessageBoxRecord record = ReadBox(search.found);
+                    MessageBoxRecord record = ReadBox(found);
                     if (next < st->answers.size())
                         record.answer = st->answers[next++];
                     else
@@ -279,7 +268,7 @@ BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
                         record.answer = record.buttons.empty() ? IDCANCEL : record.buttons.back();
                     }
                     if (st->onBox) st->onBox(record);
-                    Click(search.found, record.answer);
+                    Click(found, record.answer);
                     st->boxes.push_back(record);
                 }
                 Sleep(20);
@@ -303,29 +292,27 @@ BoxWatcher::~BoxWatcher()
     delete m_state;
 }
 
-namespace
-{
-struct TitleSearch
-{
-    const char* title;
-    HWND found;
-};
-
-BOOL CALLBACK FindTitledBox(HWND window, LPARAM param)
-{
-    auto* search = reinterpret_cast<TitleSearch*>(param);
-    if (!IsWindowVisible(window) || ClassOf(window) != "#32770") return TRUE;
-    if (WindowText(window) != search->title) return TRUE;
-    search->found = window;
-    return FALSE;
-}
-} // namespace
-
 HWND FindMessageBox(const char* title)
 {
-    TitleSearch search{title, nullptr};
-    EnumWindows(FindTitledBox, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    return FindTopLevelWindow(
+        [title](HWND window) {
+            return IsWindowVisible(window) && ClassOf(window) == "#32770" &&
+                   WindowText(window) == title;
+        });
+}
+
+std::string ClassOf(HWND window)
+{
+    char name[256] = {};
+    GetClassNameA(window, name, sizeof name);
+    return name;
+}
+
+HWND FindTopLevelWindow(const std::function<bool(HWND)>& matches)
+{
+    std::pair<const std::function<bool(HWND)>*, HWND> search{&matches, nullptr};
+    EnumWindows(StopAtMatch, reinterpret_cast<LPARAM>(&search));
+    return search.second;
 }
 
 UINT StyleOf(const MessageBoxRecord& box)

@@ -187,31 +187,15 @@ HWND WaitForWindowClass(const char* className, DWORD timeoutMs)
     }
 }
 
-namespace
-{
-struct FrameworkWindowSearch
-{
-    const char* text;
-    HWND found;
-};
-
-BOOL CALLBACK FindFrameworkWindowCallback(HWND window, LPARAM param)
-{
-    auto* search = reinterpret_cast<FrameworkWindowSearch*>(param);
-    char cls[256] = {}, text[256] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    GetWindowTextA(window, text, sizeof text);
-    if (strncmp(cls, "CltWin:", 7) != 0 || strcmp(text, search->text) != 0) return TRUE;
-    search->found = window;
-    return FALSE;
-}
-} // namespace
-
 HWND FindFrameworkWindow(const char* text)
 {
-    FrameworkWindowSearch search{text, nullptr};
-    EnumWindows(FindFrameworkWindowCallback, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    return FindTopLevelWindow(
+        [text](HWND window)
+        {
+            char caption[256] = {};
+            GetWindowTextA(window, caption, sizeof caption);
+            return ClassOf(window).rfind("CltWin:", 0) == 0 && strcmp(caption, text) == 0;
+        });
 }
 
 bool CloseFrameworkWindow(const char* text, DWORD timeoutMs)

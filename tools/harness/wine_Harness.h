@@ -108,6 +108,10 @@ class Bystander
     HWND m_window;
 };
 
+// The first top-level window, of any process, for which 'matches' holds, or null.
+HWND FindTopLevelWindow(const std::function<bool(HWND)>& matches);
+std::string ClassOf(HWND window);
+
 // A visible message box with this title, of any process, or null.
 HWND FindMessageBox(const char* title);
 // Reads a box's title, text, icon, buttons and default button from outside.
