@@ -13,17 +13,13 @@ import sys
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
-from wine_session import session_env  # noqa: E402
+from wine_session import session_env, wine_path  # noqa: E402
 
 SESSION, BIN, DEMO, OUT = (os.path.abspath(a) for a in sys.argv[1:5])
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 SESSION_SCRIPT = os.path.join(ROOT, "tools", "wine", "session")
 TIMEOUT = 30.0
 WINDOW_LEFT, WINDOW_TOP = 390, 277  # the demo window, centred on 1280 x 1024
-
-
-def wine_path(path):
-    return "Z:" + path.replace("/", "\\")
 
 
 def read_bmp24(path):

@@ -18,7 +18,7 @@ import sys
 import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
-from wine_session import session_env  # noqa: E402
+from wine_session import session_env, wine_path  # noqa: E402
 
 SESSION, BIN, DEMO, OUT = (os.path.abspath(a) for a in sys.argv[1:5])
 ONLY = sys.argv[5:]
@@ -35,10 +35,6 @@ ENV = session_env(SESSION)
 
 class Failure(Exception):
     pass
-
-
-def wine_path(path):
-    return "Z:" + path.replace("/", "\\")
 
 
 def wait_for(condition, what, timeout=TIMEOUT):
@@ -58,6 +54,15 @@ def run_wine(program, *args, check=True):
     if check and r.returncode != 0:
         raise Failure(f"{os.path.basename(program)} {args}: exit {r.returncode}")
     return r.stdout.strip()
+
+
+def read_file(path, mode="r"):
+    """The file's text (read as Latin-1) or bytes; empty while it does not exist."""
+    try:
+        with open(path, mode, encoding=None if "b" in mode else "latin-1") as f:
+            return f.read()
+    except FileNotFoundError:
+        return b"" if "b" in mode else ""
 
 
 def xdo(*args):
@@ -180,11 +185,7 @@ class Product:
 
     def record(self, program):
         """The lines a recorder wrote: 'args=...|cwd=...'."""
-        try:
-            with open(os.path.join(self.folder, program) + ".log", encoding="latin-1") as f:
-                return f.read().splitlines()
-        except FileNotFoundError:
-            return []
+        return read_file(os.path.join(self.folder, program) + ".log").splitlines()
 
 
 class Launcher:
@@ -208,11 +209,7 @@ class Launcher:
         self.seen = 0
 
     def lines(self):
-        try:
-            with open(self.trace_file, encoding="latin-1") as f:
-                return f.read().split("\n")[:-1]
-        except FileNotFoundError:
-            return []
+        return read_file(self.trace_file).split("\n")[:-1]
 
     def wait_trace(self, line):
         """Waits for a trace line after the ones consumed (or one that ends with it: the
@@ -408,14 +405,6 @@ def options_page():
         l.wait_buttons(focus(4, 2))
     finally:
         l.close()
-
-
-def read_file(path, mode="r"):
-    try:
-        with open(path, mode) as f:
-            return f.read()
-    except FileNotFoundError:
-        return b"" if "b" in mode else ""
 
 
 def long_sound(path, seconds):

@@ -3,6 +3,11 @@ outside Wine: its prefix, its display and the settings every program of it runs 
 import os
 
 
+def wine_path(path):
+    """The name a program under Wine gives a file of this machine (drive Z: is its root)."""
+    return "Z:" + path.replace("/", "\\")
+
+
 def session_env(session):
     env = dict(os.environ)
     env.update(WINEPREFIX=os.path.join(session, "prefix"), WINEDEBUG="-all", WINEARCH="win64",
