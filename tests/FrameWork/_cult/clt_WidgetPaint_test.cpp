@@ -5,6 +5,7 @@
 // The painted states are also saved as pictures for the comparison with golden images.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -500,8 +501,13 @@ namespace
 class TickCounter : public CltWidget
 {
   public:
-    void OnTick() override { ++ticks; }
-    int ticks = 0;
+    void OnTick() override
+    {
+        LARGE_INTEGER now;
+        QueryPerformanceCounter(&now);
+        times.push_back(now.QuadPart);
+    }
+    std::vector<LONGLONG> times;
 };
 
 class CommandWindow : public TreeWindow
@@ -534,13 +540,22 @@ TEST(CltWindowRoot, TicksEveryFiftyMillisecondsSendsCommandsAndAsksForRepaints)
         static_cast<TickCounter*>(root.CreateChild(factory, CltRect(0, 0, 10, 10), V, 7));
 
     DWORD start = GetTickCount();
-    while (counter->ticks < 3 && GetTickCount() - start < 5000)
+    while (counter->times.size() < 11 && GetTickCount() - start < 5000)
     {
         MSG msg;
         if (GetMessageA(&msg, nullptr, 0, 0)) DispatchMessageA(&msg);
     }
-    EXPECT_GE(counter->ticks, 3);
-    EXPECT_LT(GetTickCount() - start, 1000u); // 50 ms apart, not seconds
+    ASSERT_EQ(counter->times.size(), 11u);
+    // The middle of ten intervals: a tick held up now and then moves it little.
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    std::vector<double> ms;
+    for (size_t i = 1; i < counter->times.size(); ++i)
+        ms.push_back(1000.0 * double(counter->times[i] - counter->times[i - 1]) /
+                     double(frequency.QuadPart));
+    std::sort(ms.begin(), ms.end());
+    EXPECT_GT(ms[5], 40.0);
+    EXPECT_LT(ms[5], 62.0);
 
     source->Notify(0, nullptr);  // takes the widget's id 7
     counter->Notify(0, nullptr); // no id anywhere: nothing is sent
