@@ -40,6 +40,10 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
 
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     void SetTitle(const char* text);
+    // The caption's and the page buttons' fonts, made anew from the environment.
+    void CreateFonts();
+    HFONT CaptionFont() const { return m_hCaptionFont; }
+    HFONT ButtonFont() const { return m_hButtonFont; }
 
     // The title-bar hover areas (window coordinates, edges outside).
     static bool OverMinimise(int32_t x, int32_t y) { return x > 442 && x < 461 && y > 0 && y < 23; }
@@ -64,7 +68,6 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     LRESULT ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam);
     void ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x);
     void ShowCaption(bool active);
-    void CreateFonts();
     void CreateWidgets();
     void ApplyRegion();
     void ShowFirstPage();

@@ -72,6 +72,8 @@ void CTarnLauncher::CreateFonts()
 {
     BYTE charset = g_Env[lfx_env::CharacterSet] == CltString("SHIFTJIS_CHARSET") ? SHIFTJIS_CHARSET
                                                                                  : DEFAULT_CHARSET;
+    DeleteObject(m_hCaptionFont);
+    DeleteObject(m_hButtonFont);
     m_hCaptionFont = CreateSkinFont("Arial Bold", -15, charset);
     m_hButtonFont = CreateSkinFont("Arial", -30, charset);
 }

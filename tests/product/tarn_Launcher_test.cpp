@@ -145,3 +145,31 @@ TEST(TarnWindow, TitleButtonHoverAreasLeaveTheirEdgesOut)
         EXPECT_EQ(CTarnLauncher::OverClose(c.x, c.y), c.close) << c.x << ", " << c.y;
     }
 }
+
+TEST(TarnWindow, FontsTakeTheCharacterSetOnlyWhenItIsShiftJisExactly)
+{
+    struct Case
+    {
+        const char* setting;
+        BYTE charset;
+    };
+    const Case cases[] = {{"SHIFTJIS_CHARSET", SHIFTJIS_CHARSET},
+                          {"shiftjis_charset", DEFAULT_CHARSET},
+                          {"GB2312_CHARSET", DEFAULT_CHARSET},
+                          {"", DEFAULT_CHARSET}};
+    for (const Case& c : cases)
+    {
+        g_Env.Set("CharacterSet", c.setting, false);
+        g_TarnLauncher.CreateFonts();
+        LOGFONTA caption = {}, button = {};
+        ASSERT_EQ(GetObjectA(g_TarnLauncher.CaptionFont(), sizeof caption, &caption),
+                  int(sizeof caption));
+        ASSERT_EQ(GetObjectA(g_TarnLauncher.ButtonFont(), sizeof button, &button),
+                  int(sizeof button));
+        EXPECT_EQ(caption.lfCharSet, c.charset) << c.setting;
+        EXPECT_EQ(button.lfCharSet, c.charset) << c.setting;
+        EXPECT_EQ(std::string(caption.lfFaceName) + " " + std::to_string(caption.lfHeight) + ", " +
+                      button.lfFaceName + " " + std::to_string(button.lfHeight),
+                  "Arial Bold -15, Arial -30");
+    }
+}
