@@ -1,5 +1,6 @@
 // What the product does around starting its programs (see tarn_Launch.h).
 #include "product/tarn_Launch.h"
+#include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
 #include "FrameWork/_cult/Source/clt_Environment.h"
@@ -28,12 +29,13 @@ int ShowProductMessage(LfxMain* main, HWND owner, uint16_t text, uint16_t captio
 bool CheckBeforeStart(HWND owner, LfxMain* main)
 {
     if (!main->CheckDirectSound() &&
-        ShowProductMessage(main, owner, 0x5013, 0xFF00,
+        ShowProductMessage(main, owner, lfx_text::NoSound, lfx_text::ProductName,
                            MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDNO)
         return false;
     if (g_DisplayDevices.IsEmpty())
     {
-        ShowProductMessage(main, owner, 0x7884, 0xFF00, MB_ICONEXCLAMATION);
+        ShowProductMessage(main, owner, lfx_text::NoDisplay, lfx_text::ProductName,
+                           MB_ICONEXCLAMATION);
         return false;
     }
     return true;

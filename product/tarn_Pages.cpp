@@ -1,5 +1,6 @@
-// The product pages: names, variants, button lists, the buttons each page leaves out, and
-// what every button does. Every text is a number of the setup library's string table.
+// The product pages: one table of pages (name, title, buttons with their commands), what
+// each command does, and the buttons a page leaves out. Every text is one of the setup
+// library's, by name.
 #include "product/tarn_Pages.h"
 
 #include "product/tarn_Launch.h"
@@ -7,21 +8,54 @@
 
 #include "FrameWork/_cult/Source/clt_Init.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include <windows.h>
 
+struct TarnPageButton
+{
+    uint16_t label; // 0 ends the list
+    TarnCommand command;
+};
+
+struct TarnPageSpec
+{
+    const char* name;
+    uint16_t title;
+    TarnPageButton buttons[LfxButtonPage::kMaxEntries + 1];
+};
+
 namespace
 {
-const uint32_t kInstallButtons[] = {0x1000, 0x1002, 0x1003, 0x1004, 0};
-const uint32_t kLaunchButtons[] = {0xF007, 0xF005, 0x1002, 0x1003, 0x1004, 0};
-const uint32_t kHelpButtons[] = {0x1001, 0x1014, 0x1015, 0x1009, 0};
-const uint32_t kOptionsButtons[] = {0x1006, 0x1016, 0x1007, 0x1009, 0};
+using C = TarnCommand;
+namespace t = lfx_text;
 
-void Title(LfxPage& page, uint16_t number)
-{
-    static_cast<CTarnLauncher*>(page.m_pLauncher)
-        ->SetTitle(page.m_pMain->GetSetupString(number).c_str());
-}
+// The pages. Exit and Back are the same command: the last one, which Escape runs too.
+const TarnPageSpec kInstall = {"INSTALL",
+                               t::Install,
+                               {{t::Install, C::Install},
+                                {t::Help, C::ToHelp},
+                                {t::Options, C::ToOptions},
+                                {t::Exit, C::Back}}};
+const TarnPageSpec kLaunch = {"LAUNCH",
+                              t::LaunchTitle,
+                              {{t::PlayGame, C::Play},
+                               {t::PlaySecond, C::PlaySecond},
+                               {t::Help, C::ToHelp},
+                               {t::Options, C::ToOptions},
+                               {t::Exit, C::Back}}};
+const TarnPageSpec kHelp = {"HELP",
+                            t::Help,
+                            {{t::SystemCheck, C::SystemCheck},
+                             {t::ReadMe, C::ReadMe},
+                             {t::Troubleshooting, C::Troubleshooting},
+                             {t::Back, C::Back}}};
+const TarnPageSpec kOptions = {"OPTIONS",
+                               t::Options,
+                               {{t::WebSite, C::WebSite},
+                                {t::Licence, C::Licence},
+                                {t::Uninstall, C::Uninstall},
+                                {t::Back, C::Back}}};
 
 void Click(LfxMain* main)
 {
@@ -35,76 +69,98 @@ void BackWait(LfxMain* main)
 {
     main->PlaySoundByName("BACK", true);
 }
-} // namespace
-
-CTarnInstallPage::CTarnInstallPage()
-{
-    g_LfxMain.RegisterPage(this);
-}
-void CTarnInstallPage::ShowTitle()
-{
-    Title(*this, 0x1000);
-}
-const uint32_t* CTarnInstallPage::GetButtonList()
-{
-    return kInstallButtons;
-}
-void CTarnInstallPage::OnCommand(uint32_t command)
-{
-    switch (command & 0xFFFF)
-    {
-    case 1:
-        ClickWait(m_pMain);
-        if (m_pMain->RunInstaller()) m_pMain->GoBack();
-        break;
-    case 2: Click(m_pMain), m_pMain->ShowPage("HELP"); break;
-    case 3: Click(m_pMain), m_pMain->ShowPage("OPTIONS"); break;
-    case 4: BackWait(m_pMain), m_pMain->GoBack(); break;
-    }
-}
-
-CTarnLaunchPage::CTarnLaunchPage()
-{
-    g_LfxMain.RegisterPage(this);
-}
-int CTarnLaunchPage::OnAttach()
-{
-    if (IsDemoProduct()) RemoveButton(2);
-    return 1;
-}
-void CTarnLaunchPage::ShowTitle()
-{
-    Title(*this, 0xFF05);
-}
-const uint32_t* CTarnLaunchPage::GetButtonList()
-{
-    return kLaunchButtons;
-}
-void CTarnLaunchPage::OnCommand(uint32_t command)
-{
-    switch (command & 0xFFFF)
-    {
-    case 1: Play(); break;
-    case 2:
-        m_pMain->PlaySoundByName("START", true);
-        if (LaunchSecondProgram(m_pMain)) m_pMain->GoBack();
-        break;
-    case 3: Click(m_pMain), m_pMain->ShowPage("HELP"); break;
-    case 4: Click(m_pMain), m_pMain->ShowPage("OPTIONS"); break;
-    case 5: BackWait(m_pMain), m_pMain->GoBack(); break;
-    }
-}
 
 // The demo checks its DirectX through the setup library before anything else.
-void CTarnLaunchPage::Play()
+void Play(LfxMain* main)
 {
     if (IsDemoProduct() && !CheckDirectXViaSetup())
     {
-        ShowProductMessage(m_pMain, nullptr, 0x5014, 0xFF00, MB_OK);
+        ShowProductMessage(main, nullptr, t::DemoNoDirectX, t::ProductName, MB_OK);
         return;
     }
-    m_pMain->PlaySoundByName("START", true);
-    if (m_pMain->LaunchProduct(0, false)) m_pMain->GoBack();
+    main->PlaySoundByName("START", true);
+    if (main->LaunchProduct(0, false)) main->GoBack();
+}
+} // namespace
+
+CltString CTarnPage::GetName()
+{
+    return m_Spec.name;
+}
+
+void CTarnPage::ShowTitle()
+{
+    static_cast<CTarnLauncher*>(m_pLauncher)
+        ->SetTitle(m_pMain->GetSetupString(m_Spec.title).c_str());
+}
+
+const uint32_t* CTarnPage::GetButtonList()
+{
+    for (uint32_t i = 0; i < kMaxEntries; ++i)
+        m_aLabels[i] = m_Spec.buttons[i].label;
+    return m_aLabels;
+}
+
+void CTarnPage::OnCommand(uint32_t command)
+{
+    uint32_t entry = (command & 0xFFFF) - 1;
+    if (entry < kMaxEntries && m_Spec.buttons[entry].label) Run(m_Spec.buttons[entry].command);
+}
+
+void CTarnPage::RemoveCommand(TarnCommand command)
+{
+    for (uint32_t i = 0; m_Spec.buttons[i].label; ++i)
+        if (m_Spec.buttons[i].command == command) RemoveButton(i + 1);
+}
+
+void CTarnPage::Run(TarnCommand command)
+{
+    switch (command)
+    {
+    case C::Install:
+        ClickWait(m_pMain);
+        if (m_pMain->RunInstaller()) m_pMain->GoBack();
+        break;
+    case C::Play: Play(m_pMain); break;
+    case C::PlaySecond:
+        m_pMain->PlaySoundByName("START", true);
+        if (LaunchSecondProgram(m_pMain)) m_pMain->GoBack();
+        break;
+    case C::SystemCheck:
+    {
+        // The window steps aside while the system check runs.
+        HWND window = static_cast<CTarnLauncher*>(m_pLauncher)->Handle();
+        ClickWait(m_pMain);
+        ShowWindow(window, SW_HIDE);
+        m_pMain->RunSysCheck();
+        ShowWindow(window, SW_SHOW);
+        break;
+    }
+    case C::ReadMe: ClickWait(m_pMain), m_pMain->OpenDocument("README"); break;
+    case C::Troubleshooting: ClickWait(m_pMain), m_pMain->OpenDocument("TSGUIDE"); break;
+    case C::WebSite: ClickWait(m_pMain), m_pMain->OpenUrl("HOMEPAGE"); break;
+    case C::Licence: ClickWait(m_pMain), m_pMain->OpenDocument("LICENSE"); break;
+    case C::Uninstall: break; // OPTIONS' own
+    case C::ToHelp: Click(m_pMain), m_pMain->ShowPage("HELP"); break;
+    case C::ToOptions: Click(m_pMain), m_pMain->ShowPage("OPTIONS"); break;
+    case C::Back: BackWait(m_pMain), m_pMain->GoBack(); break;
+    }
+}
+
+CTarnInstallPage::CTarnInstallPage() : CTarnPage(kInstall)
+{
+    g_LfxMain.RegisterPage(this);
+}
+
+CTarnLaunchPage::CTarnLaunchPage() : CTarnPage(kLaunch)
+{
+    g_LfxMain.RegisterPage(this);
+}
+CTarnLaunchPage::CTarnLaunchPage(NoRegistration) : CTarnPage(kLaunch) {}
+int CTarnLaunchPage::OnAttach()
+{
+    if (IsDemoProduct()) RemoveCommand(C::PlaySecond);
+    return 1;
 }
 
 CTarnLaunchPageInt::CTarnLaunchPageInt() : CTarnLaunchPage(NoRegistration{})
@@ -112,72 +168,34 @@ CTarnLaunchPageInt::CTarnLaunchPageInt() : CTarnLaunchPage(NoRegistration{})
     g_LfxMain.RegisterPage(this);
 }
 
-CTarnHelpPage::CTarnHelpPage()
+CTarnHelpPage::CTarnHelpPage() : CTarnPage(kHelp)
 {
     g_LfxMain.RegisterPage(this);
 }
-void CTarnHelpPage::ShowTitle()
-{
-    Title(*this, 0x1002);
-}
-const uint32_t* CTarnHelpPage::GetButtonList()
-{
-    return kHelpButtons;
-}
-void CTarnHelpPage::OnCommand(uint32_t command)
-{
-    HWND window = static_cast<CTarnLauncher*>(m_pLauncher)->Handle();
-    switch (command & 0xFFFF)
-    {
-    case 1:
-        // The window steps aside while the system check runs.
-        ClickWait(m_pMain);
-        ShowWindow(window, SW_HIDE);
-        m_pMain->RunSysCheck();
-        ShowWindow(window, SW_SHOW);
-        break;
-    case 2: ClickWait(m_pMain), m_pMain->OpenDocument("README"); break;
-    case 3: ClickWait(m_pMain), m_pMain->OpenDocument("TSGUIDE"); break;
-    case 4: BackWait(m_pMain), m_pMain->GoBack(); break;
-    }
-}
 
-CTarnOptionsPage::CTarnOptionsPage()
+CTarnOptionsPage::CTarnOptionsPage() : CTarnPage(kOptions)
 {
     g_LfxMain.RegisterPage(this);
 }
 int CTarnOptionsPage::OnAttach()
 {
-    if (m_pMain && m_pMain->m_dwState == LFX_STATE_NOT_INSTALLED) RemoveButton(3);
+    if (m_pMain && m_pMain->m_dwState == LFX_STATE_NOT_INSTALLED) RemoveCommand(C::Uninstall);
     return 1;
 }
 void CTarnOptionsPage::ShowTitle()
 {
     m_bBusy = 0;
-    Title(*this, 0x1003);
-}
-const uint32_t* CTarnOptionsPage::GetButtonList()
-{
-    return kOptionsButtons;
-}
-void CTarnOptionsPage::OnCommand(uint32_t command)
-{
-    switch (command & 0xFFFF)
-    {
-    case 1: ClickWait(m_pMain), m_pMain->OpenUrl("HOMEPAGE"); break;
-    case 2: ClickWait(m_pMain), m_pMain->OpenDocument("LICENSE"); break;
-    case 3: Uninstall(); break;
-    case 4: BackWait(m_pMain), m_pMain->GoBack(); break;
-    }
+    CTarnPage::ShowTitle();
 }
 
-// A press that arrives while the question is open does nothing.
-void CTarnOptionsPage::Uninstall()
+// A press that arrives while the uninstall question is open does nothing.
+void CTarnOptionsPage::Run(TarnCommand command)
 {
+    if (command != C::Uninstall) return CTarnPage::Run(command);
     if (m_bBusy) return;
     m_bBusy = 1;
     ClickWait(m_pMain);
-    int answer = ShowProductMessage(m_pMain, nullptr, 0x7012, 0x1003,
+    int answer = ShowProductMessage(m_pMain, nullptr, t::UninstallQuestion, t::Options,
                                     MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2);
     if (answer != IDNO)
     {

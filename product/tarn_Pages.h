@@ -1,6 +1,7 @@
-// The product's pages: INSTALL, LAUNCH (untagged and "INT"), HELP and OPTIONS. Each is
-// one static instance that registers itself; the registration order is fixed by the order
-// of the definitions in tarn_Pages.cpp.
+// The product's pages: INSTALL, LAUNCH (untagged and "INT"), HELP and OPTIONS. Each is one
+// static instance that registers itself (the registration order is that of the definitions
+// in tarn_Pages.cpp) and is described by one row of the page table there: its title, and
+// its buttons top to bottom, each a label and a named command.
 // (Windows only.)
 #pragma once
 
@@ -8,32 +9,62 @@
 
 #include <windows.h>
 
-class CTarnInstallPage : public LfxButtonPage
+// What a page button does. A button's command number is its place in its page's list.
+enum class TarnCommand
 {
-  public:
-    CTarnInstallPage();
-    CltString GetName() override { return "INSTALL"; }
-    void ShowTitle() override;
-    const uint32_t* GetButtonList() override;
-    void OnCommand(uint32_t command) override;
+    Install,
+    Play,
+    PlaySecond,
+    SystemCheck,
+    ReadMe,
+    Troubleshooting,
+    WebSite,
+    Licence,
+    Uninstall,
+    ToHelp,
+    ToOptions,
+    Back
 };
 
-class CTarnLaunchPage : public LfxButtonPage
+struct TarnPageSpec;
+
+// What the product pages share: the title and the buttons come from the page's row of the
+// table, a command number is looked up there, and a button can be removed by its command.
+class CTarnPage : public LfxButtonPage
 {
   public:
-    CTarnLaunchPage();
-    CltString GetName() override { return "LAUNCH"; }
-    int OnAttach() override;
+    CltString GetName() override;
     void ShowTitle() override;
     const uint32_t* GetButtonList() override;
     void OnCommand(uint32_t command) override;
 
   protected:
-    void Play();
+    explicit CTarnPage(const TarnPageSpec& spec) : m_Spec(spec) {}
+    virtual void Run(TarnCommand command);
+    void RemoveCommand(TarnCommand command);
+
+  private:
+    const TarnPageSpec& m_Spec;
+    uint32_t m_aLabels[kMaxEntries + 1] = {};
+};
+
+class CTarnInstallPage : public CTarnPage
+{
+  public:
+    CTarnInstallPage();
+};
+
+class CTarnLaunchPage : public CTarnPage
+{
+  public:
+    CTarnLaunchPage();
+    int OnAttach() override;
+
+  protected:
     struct NoRegistration
     {
     };
-    explicit CTarnLaunchPage(NoRegistration) {}
+    explicit CTarnLaunchPage(NoRegistration);
 };
 
 class CTarnLaunchPageInt : public CTarnLaunchPage
@@ -44,28 +75,21 @@ class CTarnLaunchPageInt : public CTarnLaunchPage
     CltString GetVariant() override { return "INT"; }
 };
 
-class CTarnHelpPage : public LfxButtonPage
+class CTarnHelpPage : public CTarnPage
 {
   public:
     CTarnHelpPage();
-    CltString GetName() override { return "HELP"; }
-    void ShowTitle() override;
-    const uint32_t* GetButtonList() override;
-    void OnCommand(uint32_t command) override;
 };
 
-class CTarnOptionsPage : public LfxButtonPage
+class CTarnOptionsPage : public CTarnPage
 {
   public:
     CTarnOptionsPage();
-    CltString GetName() override { return "OPTIONS"; }
     int OnAttach() override;
     void ShowTitle() override;
-    const uint32_t* GetButtonList() override;
-    void OnCommand(uint32_t command) override;
 
     int32_t m_bBusy = 0; // set while the uninstall question is open
 
-  private:
-    void Uninstall();
+  protected:
+    void Run(TarnCommand command) override;
 };

@@ -62,9 +62,13 @@ TEST(LauncherConfiguration, StartupTraceOfTheDemoConfigurationIsExact)
     Ini ini("Configuration");
     demo::MakeProduct(folder, ini);
     DeleteRegTree(ini.RegistryKey());
-    RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "-DISABLEMUTEX", folder);
+    RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "-DISABLEMUTEX -x=\"a b\"", folder);
     EXPECT_EQ(r.exitCode, 0u);
     EXPECT_TRUE(r.boxes.empty());
+    // A prefix and its message reach the debugger as two texts.
+    ASSERT_GE(r.traces.size(), 6u);
+    EXPECT_EQ(r.traces[4] + "|" + r.traces[5], "CltApp: |Running application...\n");
+    EXPECT_EQ(r.traces[r.traces.size() - 2] + "|" + r.traces.back(), "CltApp: |Destruction\n");
     const std::string data = folder + "\\Install";
     auto ini_ =
         [](const char* kind, const char* section, const char* key, const std::string& result)
@@ -73,7 +77,7 @@ TEST(LauncherConfiguration, StartupTraceOfTheDemoConfigurationIsExact)
                "] - " + result;
     };
     std::vector<std::string> expected = {
-        "WinMain: Initializing CltWinApp", "DISABLEMUTEX is empty.",
+        "WinMain: Initializing CltWinApp", "DISABLEMUTEX is empty.", "X is [a b]",
         "ModuleFileName is [" + folder + "\\Launcher.exe]", "CltApp: Running application...",
         "LfxMain: Init started.", "LfxMain: PreIninitializeLauncher started.",
         "LfxMain: m_dwOptions is [0x00000000]", "LauncherDir is [" + folder + "]",

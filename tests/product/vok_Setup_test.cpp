@@ -5,6 +5,8 @@
 #include "harness/wine_Harness.h"
 #include "support/demo_Product.h"
 
+#include "FrameWork/_lfx/Source/lfx_Texts.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -71,11 +73,9 @@ TEST(VokSetup, EveryTextTheLauncherUsesIsThere)
 {
     SetupLibrary lib("");
     ASSERT_NE(lib.m_setup, nullptr);
-    std::vector<uint16_t> numbers = {0x5002, 0x5003, 0x5006, 0x5007, 0x5008, 0x5009, 0x5012,
-                                     0x5013, 0x5014, 0x7012, 0x7800, 0x7882, 0x7884, 0xD047,
-                                     0xF005, 0xF007, 0xFF00, 0xFF04, 0xFF05, 0xFFF0};
-    for (uint16_t n = 0x1000; n <= 0x1016; ++n)
-        numbers.push_back(n);
+#define LFX_TEXT_ITEM(name, number) number,
+    const uint16_t numbers[] = {LFX_TEXTS(LFX_TEXT_ITEM)};
+#undef LFX_TEXT_ITEM
     for (uint16_t n : numbers)
         EXPECT_STRNE(lib.m_setup->GetString(n), "") << std::hex << n;
     EXPECT_STREQ(lib.m_setup->GetString(0xFF00), "Tarn");

@@ -1,5 +1,6 @@
 // The texts' check: the numbers this product shows, and the references inside them.
 #include "check_Texts.h"
+#include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "check_IniScan.h"
 
@@ -34,39 +35,47 @@ struct TextUse
 const char kStops[] = "the launcher stops at start-up (assertion !strSecond.empty())";
 
 const TextUse kTexts[] = {
-    {0xFF00, When::Always, kStops},
-    {0xFFF0, When::Always, kStops},
-    {0xFF04, When::Always, kStops},
-    {0xFF05, When::Always, "the LAUNCH page has no title"},
-    {0x1000, When::Always, "the INSTALL page has no title and its Install button no label"},
-    {0x1001, When::Always, "the System Check button has no label"},
-    {0x1002, When::Always, "the HELP page has no title and the Help buttons no label"},
-    {0x1003, When::Always,
+    {lfx_text::ProductName, When::Always, kStops},
+    {lfx_text::Languages, When::Always, kStops},
+    {lfx_text::CharacterSet, When::Always, kStops},
+    {lfx_text::LaunchTitle, When::Always, "the LAUNCH page has no title"},
+    {lfx_text::Install, When::Always,
+     "the INSTALL page has no title and its Install button no label"},
+    {lfx_text::SystemCheck, When::Always, "the System Check button has no label"},
+    {lfx_text::Help, When::Always, "the HELP page has no title and the Help buttons no label"},
+    {lfx_text::Options, When::Always,
      "the OPTIONS page has no title, the Options buttons no label and the uninstall question "
      "no caption"},
-    {0x1004, When::Always, "the Exit buttons have no label"},
-    {0x1006, When::Always, "the web site button has no label"},
-    {0x1007, When::Always, "the Uninstall button has no label"},
-    {0x1009, When::Always, "the Back buttons have no label"},
-    {0x1014, When::Always, "the Read Me button has no label"},
-    {0x1015, When::Always, "the troubleshooting guide's button has no label"},
-    {0x1016, When::Always, "the licence's button has no label"},
-    {0xF007, When::Always, "the Play button has no label"},
-    {0xF005, When::NotDemo, "the second program's button has no label"},
-    {0x5002, When::OneDisk, "the request to insert the disc is an empty box"},
-    {0x5003, When::SeveralDisks, "the request to insert the first disc is an empty box"},
-    {0x5006, When::InstallDX, "the offer to install DirectX is an empty box"},
-    {0x5007, When::Always, "the box saying that a program could not be started is empty"},
-    {0x5008, When::MemoryTest, "the warning about too little memory is an empty box"},
-    {0x5009, When::PagingTest, "the warning about too little paging space is an empty box"},
-    {0x5012, When::NoInstallDX, "the message that DirectX is missing is an empty box"},
-    {0x5013, When::Always, "the question about a missing sound device is an empty box"},
-    {0x5014, When::Demo, "the demo's message that DirectX is missing is an empty box"},
-    {0x7012, When::Always, "the uninstall question is an empty box"},
-    {0x7800, When::InstallDX, "the DirectX boxes have no caption"},
-    {0x7882, When::InstallDX, "the offer to restart after installing DirectX is an empty box"},
-    {0x7884, When::Always, "the message that no display device was found is an empty box"},
-    {0xD047, When::InstallDX, "the message that the DirectX folder is missing is an empty box"},
+    {lfx_text::Exit, When::Always, "the Exit buttons have no label"},
+    {lfx_text::WebSite, When::Always, "the web site button has no label"},
+    {lfx_text::Uninstall, When::Always, "the Uninstall button has no label"},
+    {lfx_text::Back, When::Always, "the Back buttons have no label"},
+    {lfx_text::ReadMe, When::Always, "the Read Me button has no label"},
+    {lfx_text::Troubleshooting, When::Always, "the troubleshooting guide's button has no label"},
+    {lfx_text::Licence, When::Always, "the licence's button has no label"},
+    {lfx_text::PlayGame, When::Always, "the Play button has no label"},
+    {lfx_text::PlaySecond, When::NotDemo, "the second program's button has no label"},
+    {lfx_text::InsertDisc, When::OneDisk, "the request to insert the disc is an empty box"},
+    {lfx_text::InsertFirstDisc, When::SeveralDisks,
+     "the request to insert the first disc is an empty box"},
+    {lfx_text::OfferDirectX, When::InstallDX, "the offer to install DirectX is an empty box"},
+    {lfx_text::CannotStart, When::Always,
+     "the box saying that a program could not be started is empty"},
+    {lfx_text::LowMemory, When::MemoryTest, "the warning about too little memory is an empty box"},
+    {lfx_text::LowPaging, When::PagingTest,
+     "the warning about too little paging space is an empty box"},
+    {lfx_text::NoDirectX, When::NoInstallDX, "the message that DirectX is missing is an empty box"},
+    {lfx_text::NoSound, When::Always, "the question about a missing sound device is an empty box"},
+    {lfx_text::DemoNoDirectX, When::Demo,
+     "the demo's message that DirectX is missing is an empty box"},
+    {lfx_text::UninstallQuestion, When::Always, "the uninstall question is an empty box"},
+    {lfx_text::DirectXCaption, When::InstallDX, "the DirectX boxes have no caption"},
+    {lfx_text::RestartQuestion, When::InstallDX,
+     "the offer to restart after installing DirectX is an empty box"},
+    {lfx_text::NoDisplay, When::Always,
+     "the message that no display device was found is an empty box"},
+    {lfx_text::NoDirectXFolder, When::InstallDX,
+     "the message that the DirectX folder is missing is an empty box"},
 };
 
 // The values the launcher sets (command-line switches may add others).
@@ -147,7 +156,7 @@ void CheckTexts(const TextSource& source, const ProductFacts& facts, const std::
                                   " characters long; the launcher shows the first 1023");
         if (std::string problem = ReferenceProblem(text); !problem.empty())
             report.Add(shown, Number(use.number) + " " + problem);
-        if (use.number == 0xFF04 && strcmp(text, "SHIFTJIS_CHARSET") != 0 &&
+        if (use.number == lfx_text::CharacterSet && strcmp(text, "SHIFTJIS_CHARSET") != 0 &&
             SameName(text, "SHIFTJIS_CHARSET"))
             report.Add(shown, Number(use.number) + " is \"" + text +
                                   "\", not \"SHIFTJIS_CHARSET\" (case counts); the launcher "

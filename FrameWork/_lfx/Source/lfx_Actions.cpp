@@ -1,6 +1,7 @@
 // LfxMain's actions: message boxes, sounds, and the programs it starts (the game, the
 // installer, the uninstaller, the system check, documents, the web page, help).
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
@@ -37,7 +38,7 @@ int LfxMain::Execute(const char* file, const char* parameters, const char* folde
                      bool reportFailure, bool wait)
 {
     if (clt_ShellExecute(file, parameters, folder, wait)) return 1;
-    if (reportFailure) ShowMessage(GetSetupString(0x5007).c_str(), MB_ICONHAND);
+    if (reportFailure) ShowMessage(GetSetupString(lfx_text::CannotStart).c_str(), MB_ICONHAND);
     return 0;
 }
 

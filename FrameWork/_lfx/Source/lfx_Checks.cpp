@@ -1,6 +1,7 @@
 // LfxMain's system checks: memory and paging space, DirectX (with its installation and
 // the restart), the sound device, and the installation media.
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
@@ -46,10 +47,12 @@ int LfxMain::CheckMemory()
     int32_t ram = 0, buffer = 0;
     if (GetIniDWORD("SysCheck", "RAM", ram) &&
         Figure32(status.dwTotalPhys) < (uint32_t(ram) - 1u) * 1048576u)
-        return ShowMessage(GetSetupString(0x5008).c_str(), MB_YESNO | MB_ICONINFORMATION) == IDYES;
+        return ShowMessage(GetSetupString(lfx_text::LowMemory).c_str(),
+                           MB_YESNO | MB_ICONINFORMATION) == IDYES;
     if (GetIniDWORD("Buffer", "Product", buffer) &&
         Figure32(status.dwAvailPageFile) < uint32_t(buffer) * 1048576u)
-        return ShowMessage(GetSetupString(0x5009).c_str(), MB_YESNO | MB_ICONINFORMATION) == IDYES;
+        return ShowMessage(GetSetupString(lfx_text::LowPaging).c_str(),
+                           MB_YESNO | MB_ICONINFORMATION) == IDYES;
     return 1;
 }
 
@@ -60,10 +63,12 @@ int LfxMain::CheckDirectX()
     if (state == VOK_DIRECTX_STOP) return 0;
     if (!m_bInstallDX)
     {
-        ShowMessage(GetSetupString(0x5012).c_str(), MB_ICONINFORMATION);
+        ShowMessage(GetSetupString(lfx_text::NoDirectX).c_str(), MB_ICONINFORMATION);
         return 0;
     }
-    if (ShowMessage(GetSetupString(0x5006).c_str(), MB_YESNO | MB_ICONQUESTION) != IDYES) return 0;
+    if (ShowMessage(GetSetupString(lfx_text::OfferDirectX).c_str(), MB_YESNO | MB_ICONQUESTION) !=
+        IDYES)
+        return 0;
     CltString strDirectX;
     // clang-format off
     CLT_ASSERT_AT(GetIniString(SCT_FOLDERS,VAL_DIRECTX_CURRENT,strDirectX), 1181);
@@ -81,13 +86,14 @@ int LfxMain::CheckDirectX()
     CltString folder = JoinPath(g_Env[lfx_env::SourceDir], strDirectX);
     if (!clt_IsDirectoryPresent(folder))
     {
-        MessageBoxA(GetFocus(), GetSetupString(0xD047).c_str(), GetSetupString(0x7800).c_str(),
-                    MB_OK);
+        MessageBoxA(GetFocus(), GetSetupString(lfx_text::NoDirectXFolder).c_str(),
+                    GetSetupString(lfx_text::DirectXCaption).c_str(), MB_OK);
         return 0;
     }
     if (m_pVokSetup->InstallDirectX(folder.c_str()) == 0)
         return m_pVokSetup->GetDirectXState() != 0 ? 1 : 0;
-    if (MessageBoxA(GetFocus(), GetSetupString(0x7882).c_str(), GetSetupString(0x7800).c_str(),
+    if (MessageBoxA(GetFocus(), GetSetupString(lfx_text::RestartQuestion).c_str(),
+                    GetSetupString(lfx_text::DirectXCaption).c_str(),
                     MB_YESNO | MB_ICONQUESTION) != IDYES)
         return 0;
     clt_EnablePrivilege("SeShutdownPrivilege"); // without it the restart is refused
@@ -101,21 +107,21 @@ int LfxMain::CheckDirectSound()
     HMODULE dsound = clt_LoadSystemLibrary("DSOUND.DLL");
     if (!dsound)
     {
-        ShowMessage(GetSetupString(0x5007).c_str(), MB_TASKMODAL | MB_ICONHAND);
+        ShowMessage(GetSetupString(lfx_text::CannotStart).c_str(), MB_TASKMODAL | MB_ICONHAND);
         return 0;
     }
     using CreateFn = HRESULT(WINAPI*)(LPCGUID, LPDIRECTSOUND*, LPUNKNOWN);
     auto create = clt_GetEntry<CreateFn>(dsound, "DirectSoundCreate");
     if (!create)
     {
-        ShowMessage(GetSetupString(0x5007).c_str(), MB_TASKMODAL | MB_ICONHAND);
+        ShowMessage(GetSetupString(lfx_text::CannotStart).c_str(), MB_TASKMODAL | MB_ICONHAND);
         FreeLibrary(dsound);
         return 0;
     }
     LPDIRECTSOUND device = nullptr;
     if (FAILED(create(nullptr, &device, nullptr)) || !device)
     {
-        int answer = ShowMessage(GetSetupString(0x5013).c_str(),
+        int answer = ShowMessage(GetSetupString(lfx_text::NoSound).c_str(),
                                  MB_TASKMODAL | MB_ICONQUESTION | MB_YESNO | MB_DEFBUTTON2);
         FreeLibrary(dsound);
         return answer == IDYES;
@@ -123,7 +129,7 @@ int LfxMain::CheckDirectSound()
     int result = 1;
     if (FAILED(device->SetCooperativeLevel(GetDesktopWindow(), DSSCL_PRIORITY)))
     {
-        ShowMessage(GetSetupString(0x5013).c_str(), MB_TASKMODAL | MB_ICONHAND);
+        ShowMessage(GetSetupString(lfx_text::NoSound).c_str(), MB_TASKMODAL | MB_ICONHAND);
         result = 0;
     }
     device->Release();
@@ -138,7 +144,8 @@ int LfxMain::CheckMedia()
     if (!m_bRetail) return 1;
     CltString label;
     GetIniString("Startup", "Data", label);
-    UINT message = (m_nDisks == 0 || m_nDisks == 1) ? 0x5002 : 0x5003;
+    UINT message =
+        (m_nDisks == 0 || m_nDisks == 1) ? lfx_text::InsertDisc : lfx_text::InsertFirstDisc;
     for (;;)
     {
         CltString root = g_Env[lfx_env::SourceDir];

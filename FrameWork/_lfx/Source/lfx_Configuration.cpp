@@ -1,6 +1,7 @@
 // LfxMain's configuration: setup.ini, the registry key, the folders, the setup library and
 // its texts, and the version text (PreInitializeLauncher).
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
@@ -150,10 +151,10 @@ int LfxMain::PreInitializeLauncher()
     CLT_ASSERT_AT(VokSetup_GetSetup(g_Env["DataDir"],&m_pVokSetup), 231);
     // clang-format on
 
-    g_Env.Set(lfx_env::ProductName, GetSetupString(0xFF00).c_str(), true);
-    g_Env.Set(lfx_env::MediaName, GetSetupString(0xFF00).c_str(), true);
-    g_Env.Set(lfx_env::Language, GetSetupString(0xFFF0).c_str(), true);
-    g_Env.Set(lfx_env::CharacterSet, GetSetupString(0xFF04).c_str(), true);
+    g_Env.Set(lfx_env::ProductName, GetSetupString(lfx_text::ProductName).c_str(), true);
+    g_Env.Set(lfx_env::MediaName, GetSetupString(lfx_text::ProductName).c_str(), true);
+    g_Env.Set(lfx_env::Language, GetSetupString(lfx_text::Languages).c_str(), true);
+    g_Env.Set(lfx_env::CharacterSet, GetSetupString(lfx_text::CharacterSet).c_str(), true);
     BuildVersionText();
     Trace("PreInitializeLauncher completed.\n");
     return 1;

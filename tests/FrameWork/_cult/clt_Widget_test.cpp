@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "FrameWork/_cult/Source/clt_Button.h"
-#include "FrameWork/_cult/Source/clt_DragPanel.h"
 
 namespace
 {
@@ -534,28 +533,6 @@ TEST_F(WidgetTree, AClickWhoseCommandDestroysTheButtonIsSafe)
     Send(CltMsgKeyDown, 0, 0, CltKeyReturn);
     EXPECT_EQ(Take(), "b3:notify101 page:notify101 b3:gone");
     EXPECT_EQ(root.Focus(), nullptr);
-}
-
-TEST_F(WidgetTree, DraggingAPanelMovesTheWindowByThePointersOffset)
-{
-    Probe<CltDragPanel>* panel = Add<Probe<CltDragPanel>>(&root, "p", CltRect(0, 0, 500, 400), V);
-    Send(CltMsgLButtonDown, 50, 50);
-    EXPECT_EQ(Take(), "sys-capture-focus p:down"); // not draggable: nothing more
-    Send(CltMsgLButtonUp, 50, 50);
-    Take();
-
-    panel->SetDraggable(true);
-    Send(CltMsgLButtonDown, 50, 50);
-    EXPECT_EQ(Take(), "sys-capture-focus p:down sys-capture");
-    EXPECT_TRUE(panel->IsDragging());
-    Send(CltMsgMouseMove, 60, 45);
-    EXPECT_EQ(Take(), "p:move move:110,95 p:enter"); // the capturing panel hears its enter
-    EXPECT_EQ(root.window, CltRect(110, 95, 610, 495));
-    Send(CltMsgLButtonUp, 60, 45);
-    EXPECT_EQ(Take(), "sys-release p:up sys-release");
-    EXPECT_FALSE(panel->IsDragging());
-    Send(CltMsgMouseMove, 90, 90);
-    EXPECT_EQ(Take(), "p:enter"); // release forgot the hover; the window stays
 }
 
 TEST_F(WidgetTree, DestroyingTheRootDestroysTheTreeFirstToLast)

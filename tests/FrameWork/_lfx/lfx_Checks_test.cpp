@@ -341,57 +341,6 @@ TEST(LfxActions, UninstallerGetsTheWholeCommandAndClosesTheWindow)
     DeleteRegTree(ini.RegistryKey());
 }
 
-namespace
-{
-// A stand-in help window: the system hands WinHelp requests to the window of class
-// MS_WINHELP as WM_COPYDATA (size, command, data, reserved, file name offset, ...).
-struct HelpRequest
-{
-    ULONG_PTR tag = 0;
-    int command = -1;
-    std::string file;
-};
-HelpRequest g_help;
-
-LRESULT CALLBACK HelpWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    if (message != WM_COPYDATA) return DefWindowProcA(window, message, wParam, lParam);
-    auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-    const BYTE* bytes = static_cast<const BYTE*>(data->lpData);
-    g_help.tag = data->dwData;
-    g_help.command = *reinterpret_cast<const WORD*>(bytes + 2);
-    WORD fileAt = *reinterpret_cast<const WORD*>(bytes + 12);
-    g_help.file = fileAt ? reinterpret_cast<const char*>(bytes + fileAt) : "";
-    return 1;
-}
-} // namespace
-
-TEST(LfxActions, HelpRequestsNameTheLaunchersHelpFile)
-{
-    std::string root = Join(TestRoot(), "help");
-    demo::Ini ini("Help");
-    ini.Set("Documentation", "Help", "Tarn.hlp");
-    Prepare(root, ini);
-    // Without a help window, quitting help starts nothing and succeeds.
-    EXPECT_EQ(g_LfxMain.CallWinHelp(HELP_QUIT, 0), 1);
-
-    WNDCLASSA type = {};
-    type.lpfnWndProc = HelpWindowProc;
-    type.hInstance = GetModuleHandleA(nullptr);
-    type.lpszClassName = "MS_WINHELP";
-    ASSERT_NE(RegisterClassA(&type), 0);
-    HWND help =
-        CreateWindowA("MS_WINHELP", "", 0, 0, 0, 0, 0, nullptr, nullptr, type.hInstance, nullptr);
-    ASSERT_NE(help, nullptr);
-    g_help = HelpRequest{};
-    EXPECT_EQ(g_LfxMain.CallWinHelp(HELP_QUIT, 0), 1);
-    EXPECT_EQ(g_help.command, HELP_QUIT);
-    EXPECT_EQ(g_help.file, std::string(g_Env["LauncherDir"].c_str()) + "\\Tarn.hlp");
-    EXPECT_EQ(std::string(g_Env["LauncherDir"].c_str()), root);
-    DestroyWindow(help);
-    UnregisterClassA("MS_WINHELP", type.hInstance);
-}
-
 // A check that says no stops the launch: the game is not started. A restart for DirectX
 // closes the launcher instead of starting the game.
 TEST(LfxActions, LaunchStopsWhenACheckSaysNo)
