@@ -8,7 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <future>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -108,295 +110,357 @@ TEST(LauncherConfiguration, StartupTraceOfTheDemoConfigurationIsExact)
     EXPECT_EQ(Lines(r), expected);
 }
 
-TEST(LauncherConfiguration, FoldersFromTheSwitchesAndTheDriveRoot)
+namespace
 {
-    struct Case
+struct Box
+{
+    std::string title, text;
+    UINT style;
+};
+
+// A product folder of its own for one row: laid out by Make (after the row has changed its
+// setup.ini), with the launcher at 'program', started in 'cwd'.
+struct Product
+{
+    explicit Product(const std::string& name)
+        : folder(Fresh(name)), installed(Fresh(name + "-installed")), ini(name),
+          program(Join(folder, "Launcher.exe")), cwd(folder)
     {
-        const char* name;
-        std::string productFolder; // where the launcher and its data lie
-        std::string anchor;        // data folder name below it
-        std::string program;       // the launcher that is started
-        std::string arguments;
-        std::string workingFolder;
-        std::vector<std::string> lines;
-    };
-    std::string plain = Fresh("folders-plain"), data = Fresh("folders-data"),
-                top = Fresh("folders-top"), debug = Fresh("folders-debug");
-    std::vector<Case> cases = {
-        {"drive root",
-         "R:\\",
-         "Install",
-         "R:\\Launcher.exe",
-         "-DISABLEMUTEX",
-         "",
-         {"LauncherDir is [R:\\]", "DataDir is [R:\\Install]"}},
-        {"anchor with a value",
-         data,
-         "Data",
-         Join(data, "Launcher.exe"),
-         "-DISABLEMUTEX -ANCHOR=Data",
-         "",
-         {"ANCHOR is [Data]", "DataDir is [" + data + "\\Data]"}},
-        {"anchor without a value",
-         top,
-         "",
-         Join(top, "Launcher.exe"),
-         "-DISABLEMUTEX -ANCHOR",
-         "",
-         {"ANCHOR is empty.", "DataDir is [" + top + "]"}},
-        {"debug with a folder",
-         debug,
-         "Install",
-         Join(plain, "Launcher.exe"),
-         "-DISABLEMUTEX -DEBUG=" + debug,
-         "",
-         {"LfxMain: m_dwOptions is [0x0000000a]", "LauncherDir is [" + debug + "]"}},
-        {"debug without a value",
-         debug,
-         "Install",
-         Join(plain, "Launcher.exe"),
-         "-DISABLEMUTEX -DEBUG",
-         debug,
-         {"DEBUG is empty.", "LauncherDir is [" + debug + "]",
-          "DataDir is [" + debug + "\\Install]"}},
-    };
-    CopyInto(Join(ExeFolder(), "Launcher.exe"), plain);
-    for (const Case& c : cases)
-    {
-        SCOPED_TRACE(c.name);
-        Ini ini("Folders");
-        demo::MakeProduct(c.productFolder, ini, c.anchor);
-        RunResult r = LaunchIn(c.program, c.arguments, c.workingFolder);
-        EXPECT_EQ(r.exitCode, 0u);
-        EXPECT_TRUE(r.boxes.empty());
-        for (const std::string& line : c.lines)
-            EXPECT_TRUE(HasLine(r, line)) << line;
-        EXPECT_TRUE(HasLine(r, "LfxMain: PreInitializeLauncher completed."));
+        DeleteRegTree(ini.RegistryKey());
     }
+    ~Product()
+    {
+        if (lock) CloseHandle(lock);
+        DeleteRegTree(ini.RegistryKey());
+    }
+    void Make(const std::string& anchor = "Install") { demo::MakeProduct(folder, ini, anchor); }
+    // Registered as installed at 'path' (with Source Dir 'source' unless empty); the
+    // installed launcher: 1 a recorder, 2 a file that is no program, 0 none.
+    void Installed(const std::string& path, const std::string& source, int launcher)
+    {
+        if (launcher == 1)
+            CopyInto(Join(ExeFolder(), "test_helper.exe"), installed, "Launcher.exe");
+        if (launcher == 2) WriteTextFile(Join(installed, "Launcher.exe"), "not a program");
+        SetRegDword(ini.RegistryKey(), "Installed", 2);
+        SetRegString(ini.RegistryKey(), "Install Path", path);
+        if (!source.empty()) SetRegString(ini.RegistryKey(), "Source Dir", source);
+    }
+    std::string folder, installed;
+    demo::Ini ini;
+    std::string program, cwd;
+    std::unique_ptr<MutexHolder> holder;
+    HANDLE lock = nullptr;
+};
+
+const std::string kLfx = "FrameWork/_lfx/Source/lfx_System";
+const char kGuru[] = "Guru meditation failure!";
+const UINT kGuruStyle = MB_RETRYCANCEL | MB_ICONHAND;
+const std::string kRunning = "LfxMain: PreInitializePages started.";
+const std::string kHandOver = "LfxMain: Launcher is running from CD. Transferring to HD.";
+const std::string kFromHd = "LfxMain: Launcher is running from HD or in debug mode.";
+
+Box Fatal(const std::string& expression, const std::string& file, int line)
+{
+    return {kGuru, expect::AssertText(expression, file, line), kGuruStyle};
+}
+
+// One row per start of the launcher: how its product is laid out and registered, its
+// switches, the boxes it shows (answered in order), the trace lines that tell the case apart
+// ("-" before a line: it must not be there; "=": the last step before the destruction), and
+// what the installed launcher recorded ("-": not looked at). The rows run in groups, by the
+// word before the colon in their names.
+void RunRows(const std::string& group)
+{
+    const int envLine = expect::SourceLine("FrameWork/_cult/Source/clt_Environment.cpp",
+                                           "CLT_ASSERT(!strSecond.empty())");
+    ASSERT_GT(envLine, 0);
+    const Box emptyValue =
+        Fatal("!strSecond.empty()", "FrameWork/_cult/Source/clt_Environment", envLine);
+    const Box noIni = Fatal("clt_IsFilePresent(g_Env[\"IniPath\"])", kLfx, 174);
+    const std::string version = "Launcher.exe (Build 0003)\n\n"
+                                "LfxMain        \t: 1.03.0114 (2/12/02 5:05p)\n"
+                                "CTarnLauncher  \t: 1.00.0024 (2/22/02 5:26p)\n"
+                                "\nPages:\n"
+                                "\tLAUNCH\tINT\n\tINSTALL\t\n\tHELP\t\n\tOPTIONS\t\n";
+    // A row: its name, how the product is laid out, the switches, the trace lines ("|"
+    // between them), what the installed launcher recorded; then each box and its answer.
+    struct Row
+    {
+        Row(const char* n, std::function<void(Product&)> p, std::string a, std::string l,
+            std::string r = "-")
+            : name(n), prepare(std::move(p)), args(std::move(a)), lines(std::move(l)),
+              recorded(std::move(r))
+        {
+        }
+        Row&& Box(const ::Box& box, int answer) &&
+        {
+            boxes.push_back(box);
+            answers.push_back(answer);
+            return std::move(*this);
+        }
+        const char* name;
+        std::function<void(Product&)> prepare;
+        std::string args, lines, recorded;
+        std::vector<int> answers;
+        std::vector<::Box> boxes;
+    };
+    auto installed = [](std::string path, std::string source, int launcher)
+    {
+        return [=](Product& p)
+        {
+            p.Make();
+            p.Installed(path == "installed" ? p.installed
+                        : path == "media\\" ? p.folder + "\\"
+                                            : path,
+                        source, launcher);
+        };
+    };
+    auto changed = [](std::function<void(Product&)> change)
+    {
+        return [=](Product& p)
+        {
+            change(p);
+            p.Make();
+        };
+    };
+    auto holding = [](std::vector<const char*> keys)
+    {
+        return [=](Product& p)
+        {
+            p.Make();
+            std::string names;
+            for (const char* key : keys)
+                names += (names.empty() ? "" : ",") + p.ini.Get("Mutex", key);
+            p.holder = std::make_unique<MutexHolder>(names);
+        };
+    };
+    auto elsewhere = [](std::string cwd)
+    {
+        return [=](Product& p)
+        {
+            p.Make();
+            p.program = Join(Fresh("plain"), "Launcher.exe");
+            CopyInto(Join(ExeFolder(), "Launcher.exe"), Join(TestRoot(), "plain"));
+            if (cwd.empty()) p.cwd = "";
+        };
+    };
+    auto make = [](Product& p) { p.Make(); };
+    const std::string state1 = "LfxMain: m_dwState is [1]|" + kRunning,
+                      notRunning = "|-" + kRunning;
+    const ::Box cannotStart = {
+        "Tarn", "The program could not be started.\n\nPlease reinstall Tarn.", MB_ICONHAND};
+    std::vector<Row> rows;
+    // Where the launcher and its data folder are.
+    rows.push_back(Row(
+        "where: drive root",
+        [](Product& p)
+        {
+            p.folder = "R:\\", p.program = "R:\\Launcher.exe", p.cwd = "";
+            p.Make();
+        },
+        "-DISABLEMUTEX", "LauncherDir is [R:\\]|DataDir is [R:\\Install]"));
+    rows.push_back(Row(
+        "where: anchor with a value", [](Product& p) { p.Make("Data"); },
+        "-DISABLEMUTEX -ANCHOR=Data", "ANCHOR is [Data]|DataDir is [$\\Data]"));
+    rows.push_back(Row(
+        "where: anchor without a value", [](Product& p) { p.Make(""); }, "-DISABLEMUTEX -ANCHOR",
+        "ANCHOR is empty.|DataDir is [$]"));
+    rows.push_back(Row("where: debug with a folder", elsewhere(""), "-DISABLEMUTEX -DEBUG=$",
+                       "LfxMain: m_dwOptions is [0x0000000a]|LauncherDir is [$]"));
+    rows.push_back(Row("where: debug without a value", elsewhere("product"), "-DISABLEMUTEX -DEBUG",
+                       "DEBUG is empty.|LauncherDir is [$]|DataDir is [$\\Install]"));
+    // The state, the source folder and the hand-over to the installed launcher.
+    rows.push_back(
+        Row("state: installed without a path", installed("", "E:\\", 1), "-DISABLEMUTEX",
+            "InstallDir is empty.|SourceDir is [$]|LfxMain: m_dwState is [2]|" + kRunning, ""));
+    rows.push_back(Row("state: from the media", installed("installed", "E:\\", 1), "-DISABLEMUTEX",
+                       "LfxMain: Comparing LauncherDir [$] and InstallDir [$-installed].|" +
+                           kHandOver + notRunning,
+                       "args=|cwd=$-installed\n"));
+    rows.push_back(Row("state: switch Y", installed("installed", "E:\\", 1), "-DISABLEMUTEX -Y",
+                       kFromHd + "|SourceDir is [E:\\]|" + state1, ""));
+    rows.push_back(Row("state: switch DEBUG", installed("installed", "E:", 1),
+                       "-DISABLEMUTEX -DEBUG", "SourceDir is [E:\\]|" + state1, ""));
+    rows.push_back(Row("state: switch V", installed("installed", "D:\\Setup\\", 1), "-V",
+                       "SourceDir is [D:\\Setup]|LfxMain: PreCreateLauncher started.|" + state1, "")
+                       .Box({"Tarn", version, MB_OK}, IDOK));
+    rows.push_back(Row("state: installed launcher missing", installed("installed", "D:\\Setup", 0),
+                       "-DISABLEMUTEX", "SourceDir is [D:\\Setup]|" + state1));
+    rows.push_back(Row("state: uninstall requested", installed("installed", "E:\\", 0),
+                       "-DISABLEMUTEX -UNINSTALL", "LfxMain: m_dwState is [3]|" + kRunning));
+    rows.push_back(Row("state: uninstall requested with I: the window, not the game",
+                       installed("installed", "E:\\", 0), "-DISABLEMUTEX -I -UNINSTALL",
+                       "LfxMain: m_dwState is [3]|" + kRunning +
+                           "|LfxMain: Running launcher...LfxMain: \tGetIniString - Section "
+                           "[Documentation] Key [Help] - Fail"));
+    rows.push_back(Row("state: installed launcher that cannot be started",
+                       installed("installed", "E:\\", 2), "-DISABLEMUTEX", kHandOver + notRunning)
+                       .Box(cannotStart, IDOK));
+    rows.push_back(Row(
+        "state: same folder in another case",
+        [](Product& p)
+        {
+            p.Make();
+            std::string lower = p.folder;
+            std::transform(lower.begin(), lower.end(), lower.begin(), ::tolower);
+            p.Installed(lower, "E:\\", 0);
+        },
+        "-DISABLEMUTEX", kFromHd + "|" + kRunning));
+    rows.push_back(Row("state: same folder with a trailing backslash",
+                       installed("media\\", "E:\\", 0), "-DISABLEMUTEX", kFromHd + "|" + kRunning));
+    rows.push_back(Row("state: no Source Dir", installed("installed", "", 0), "-DISABLEMUTEX",
+                       "SourceDir is [$-installed]|" + state1));
+    rows.push_back(Row(
+        "state: installed value 1: nothing more",
+        [](Product& p)
+        {
+            p.Make();
+            SetRegDword(p.ini.RegistryKey(), "Installed", 1);
+        },
+        "-V", "=RegistryFolder is [Software\\Launcher Tests\\row\\1.0]"));
+    // One launcher at a time, and none while the game runs.
+    rows.push_back(Row("instances: launcher running", holding({"Launcher"}), "-V",
+                       "=LfxMain: Launcher is already running." + notRunning));
+    rows.push_back(Row("instances: game running", holding({"Product"}), "-V",
+                       "=LfxMain: Game is already running." + notRunning));
+    rows.push_back(Row("instances: launcher and game running", holding({"Launcher", "Product"}),
+                       "-V", "=LfxMain: Game is already running." + notRunning));
+    rows.push_back(Row("instances: neither running", make, "",
+                       "LfxMain: Launcher, Game are not running.|" + kRunning));
+    // What the launcher cannot go on without: the assertion box, answered with Cancel.
+    rows.push_back(
+        Row(
+            "no data folder",
+            [](Product& p)
+            {
+                p.Make();
+                RemoveTree(Join(p.folder, "Install"));
+            },
+            "", "")
+            .Box(Fatal("clt_IsDirectoryPresent(g_Env[\"DataDir\"])", kLfx, 173), IDCANCEL));
+    rows.push_back(Row(
+                       "no setup.ini",
+                       [](Product& p)
+                       {
+                           p.Make();
+                           DeleteFileA(Join(p.folder, "Install\\setup.ini").c_str());
+                       },
+                       "", "")
+                       .Box(noIni, IDCANCEL));
+    rows.push_back(Row(
+                       "setup.ini locked",
+                       [](Product& p)
+                       {
+                           p.Make();
+                           // Opened without sharing while the launcher runs: it cannot read it.
+                           p.lock = CreateFileA(Join(p.folder, "Install\\setup.ini").c_str(),
+                                                GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                                FILE_ATTRIBUTE_NORMAL, nullptr);
+                       },
+                       "", "")
+                       .Box(noIni, IDCANCEL));
+    rows.push_back(Row("fatal: setup library missing",
+                       changed([](Product& p) { p.ini.Set("Files", "SetupDll", "Missing.dll"); }),
+                       "", "")
+                       .Box(Fatal("m_hSetupDll!=0", kLfx, 227), IDCANCEL));
+    for (const char* library : {"NoExport.dll", "RefusingSetup.dll"})
+        rows.push_back(
+            Row(
+                library,
+                [library](Product& p)
+                {
+                    p.ini.Set("Files", "SetupDll", library);
+                    p.Make();
+                    CopyInto(Join(ExeFolder(), library), Join(p.folder, "Install"));
+                },
+                "", "")
+                .Box(library[0] == 'N'
+                         ? Fatal("VokSetup_GetSetup!=0", kLfx, 230)
+                         : Fatal("VokSetup_GetSetup(g_Env[\"DataDir\"],&m_pVokSetup)", kLfx, 231),
+                     IDCANCEL));
+    rows.push_back(Row("fatal: launcher mutex empty",
+                       changed([](Product& p) { p.ini.Set("Mutex", "Launcher", ""); }), "", "")
+                       .Box(Fatal("!strLauncherMutex.empty()", kLfx, 336), IDCANCEL));
+    rows.push_back(Row("fatal: game mutex missing",
+                       changed([](Product& p) { p.ini.Remove("Mutex", "Product"); }), "", "")
+                       .Box(Fatal("!strGameMutex.empty()", kLfx, 337), IDCANCEL));
+    rows.push_back(Row("fatal: launcher name missing",
+                       changed([](Product& p) { p.ini.Remove("Files", "Launcher"); }), "", "")
+                       .Box(emptyValue, IDCANCEL));
+    rows.push_back(Row("fatal: DirectX version missing",
+                       changed([](Product& p) { p.ini.Remove("Startup", "DirectXVer"); }), "", "")
+                       .Box(emptyValue, IDCANCEL));
+    int ran = 0;
+    for (const Row& row : rows)
+    {
+        if (std::string(row.name).rfind(group + ": ", 0) != 0) continue;
+        ++ran;
+        SCOPED_TRACE(row.name);
+        Product p("row");
+        row.prepare(p);
+        auto fill = [&](std::string text)
+        {
+            for (size_t at; (at = text.find('$')) != std::string::npos;)
+                text.replace(at, 1, p.folder);
+            return text;
+        };
+        RunResult r = LaunchIn(p.program, fill(row.args), p.cwd, row.answers);
+        EXPECT_EQ(r.exitCode, 0u);
+        ASSERT_EQ(r.boxes.size(), row.boxes.size());
+        for (size_t i = 0; i < r.boxes.size(); ++i)
+        {
+            EXPECT_EQ(r.boxes[i].title, row.boxes[i].title);
+            EXPECT_EQ(r.boxes[i].text, row.boxes[i].text);
+            EXPECT_EQ(StyleOf(r.boxes[i]), row.boxes[i].style);
+        }
+        std::vector<std::string> lines = Lines(r), expected;
+        for (size_t at = 0, bar; at < row.lines.size(); at = bar + 1)
+        {
+            bar = row.lines.find('|', at);
+            if (bar == std::string::npos) bar = row.lines.size();
+            expected.push_back(row.lines.substr(at, bar - at));
+        }
+        for (const std::string& line : expected)
+            if (line.empty())
+                continue;
+            else if (line[0] == '-')
+                EXPECT_FALSE(HasLine(r, fill(line.substr(1)))) << line;
+            else if (line[0] == '=') // the last step before the destruction
+                EXPECT_EQ(lines.size() < 3 ? "" : lines[lines.size() - 3], fill(line.substr(1)));
+            else
+                EXPECT_TRUE(HasLine(r, fill(line))) << line;
+        // A fatal condition ends the process at once; every other start ends in order.
+        bool fatalBox = !row.boxes.empty() && row.boxes[0].title == kGuru;
+        EXPECT_EQ(HasLine(r, "LfxMain: Destruction completed."), !fatalBox);
+        std::string record = Join(p.installed, "Launcher.exe.log");
+        if (row.recorded != "-")
+        {
+            for (int i = 0; i < 100 && !row.recorded.empty() && ReadTextFile(record).empty(); ++i)
+                Sleep(50);
+            EXPECT_EQ(ReadTextFile(record), fill(row.recorded));
+        }
+    }
+    EXPECT_GT(ran, 0);
     RemoveTree("R:\\Install");
     DeleteFileA("R:\\Launcher.exe");
 }
+} // namespace
 
-TEST(LauncherState, InstalledStateSourceDirAndHandOver)
+TEST(LauncherRuns, WhereTheLauncherAndItsDataAre)
 {
-    std::string media = Fresh("state-media"), installed = Fresh("state-installed");
-    Ini ini("State");
-    demo::MakeProduct(media, ini);
-    std::string key = ini.RegistryKey();
-    std::string record = Join(installed, "Launcher.exe.log");
-    struct Case
-    {
-        const char* name;
-        std::string installPath;
-        int launcherInstalled; // 0 none, 1 a program that records its start, 2 no program
-        std::string sourceDir;
-        std::string arguments;
-        std::vector<int> answers;
-        bool handsOver;
-        std::vector<std::string> lines;
-    } cases[] = {
-        {"installed without a path",
-         "",
-         true,
-         "E:\\",
-         "-DISABLEMUTEX",
-         {},
-         false,
-         {"InstallDir is empty.", "SourceDir is [" + media + "]", "LfxMain: m_dwState is [2]"}},
-        {"from the media",
-         installed,
-         true,
-         "E:\\",
-         "-DISABLEMUTEX",
-         {},
-         true,
-         {"LfxMain: Comparing LauncherDir [" + media + "] and InstallDir [" + installed + "].",
-          "LfxMain: Launcher is running from CD. Transferring to HD."}},
-        {"switch Y",
-         installed,
-         true,
-         "E:\\",
-         "-DISABLEMUTEX -Y",
-         {},
-         false,
-         {"LfxMain: Launcher is running from HD or in debug mode.", "SourceDir is [E:\\]",
-          "LfxMain: m_dwState is [1]"}},
-        {"switch DEBUG",
-         installed,
-         true,
-         "E:",
-         "-DISABLEMUTEX -DEBUG",
-         {},
-         false,
-         {"SourceDir is [E:\\]", "LfxMain: m_dwState is [1]"}},
-        {"switch V",
-         installed,
-         true,
-         "D:\\Setup\\",
-         "-V",
-         {IDOK},
-         false,
-         {"SourceDir is [D:\\Setup]", "LfxMain: m_dwState is [1]"}},
-        {"installed launcher missing",
-         installed,
-         false,
-         "D:\\Setup",
-         "-DISABLEMUTEX",
-         {},
-         false,
-         {"SourceDir is [D:\\Setup]", "LfxMain: m_dwState is [1]"}},
-        {"uninstall requested",
-         installed,
-         false,
-         "E:\\",
-         "-DISABLEMUTEX -UNINSTALL",
-         {},
-         false,
-         {"LfxMain: m_dwState is [3]"}},
-        {"uninstall requested with I: the window, not the game",
-         installed,
-         false,
-         "E:\\",
-         "-DISABLEMUTEX -I -UNINSTALL",
-         {},
-         false,
-         {"LfxMain: m_dwState is [3]",
-          "LfxMain: Running launcher...LfxMain: \tGetIniString - Section [Documentation] Key "
-          "[Help] - Fail"}},
-        {"installed launcher that cannot be started",
-         installed,
-         2,
-         "E:\\",
-         "-DISABLEMUTEX",
-         {IDOK},
-         true,
-         {"LfxMain: Launcher is running from CD. Transferring to HD."}},
-        {"same folder in another case",
-         media,
-         true,
-         "E:\\",
-         "-DISABLEMUTEX",
-         {},
-         false,
-         {"LfxMain: Launcher is running from HD or in debug mode."}},
-        {"same folder with a trailing backslash",
-         media + "\\",
-         true,
-         "E:\\",
-         "-DISABLEMUTEX",
-         {},
-         false,
-         {"LfxMain: Launcher is running from HD or in debug mode."}},
-        {"no Source Dir",
-         installed,
-         false,
-         "",
-         "-DISABLEMUTEX",
-         {},
-         false,
-         {"SourceDir is [" + installed + "]", "LfxMain: m_dwState is [1]"}},
-    };
-    for (const Case& c : cases)
-    {
-        SCOPED_TRACE(c.name);
-        RemoveTree(installed);
-        if (c.launcherInstalled == 1)
-            CopyInto(Join(ExeFolder(), "test_helper.exe"), installed, "Launcher.exe");
-        if (c.launcherInstalled == 2)
-            WriteTextFile(Join(installed, "Launcher.exe"), "not a program");
-        DeleteRegTree(key);
-        SetRegDword(key, "Installed", 2);
-        std::string installPath = c.installPath == media ? media : c.installPath;
-        if (std::string(c.name) == "same folder in another case")
-        {
-            installPath = media;
-            std::transform(installPath.begin(), installPath.end(), installPath.begin(), ::tolower);
-        }
-        SetRegString(key, "Install Path", installPath);
-        if (!c.sourceDir.empty()) SetRegString(key, "Source Dir", c.sourceDir);
-
-        RunResult r = LaunchIn(Join(media, "Launcher.exe"), c.arguments, media, c.answers);
-        EXPECT_EQ(r.exitCode, 0u);
-        EXPECT_EQ(r.boxes.size(), c.answers.size());
-        for (const std::string& line : c.lines)
-            EXPECT_TRUE(HasLine(r, line)) << line;
-        EXPECT_EQ(HasLine(r, "LfxMain: PreInitializePages started."), !c.handsOver);
-        if (c.launcherInstalled == 2)
-        {
-            // One box, the launcher's own, and the launcher ends.
-            ASSERT_EQ(r.boxes.size(), 1u);
-            EXPECT_EQ(r.boxes[0].title, "Tarn");
-            EXPECT_EQ(r.boxes[0].text,
-                      "The program could not be started.\n\nPlease reinstall Tarn.");
-            EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_ICONHAND));
-            EXPECT_EQ(Lines(r).back(), "CltApp: Destruction");
-        }
-        else if (c.handsOver)
-        {
-            // The installed launcher starts with an empty command line in its own folder.
-            for (int i = 0; i < 100 && ReadTextFile(record).empty(); ++i)
-                Sleep(50);
-            EXPECT_EQ(ReadTextFile(record), "args=|cwd=" + installed + "\n");
-            EXPECT_EQ(Lines(r).back(), "CltApp: Destruction");
-        }
-        else if (c.launcherInstalled == 1)
-        {
-            EXPECT_EQ(ReadTextFile(record), "");
-        }
-    }
-    DeleteRegTree(key);
+    RunRows("where");
 }
-
-TEST(LauncherState, InstalledOneEndsSilently)
+TEST(LauncherRuns, StateSourceFolderAndHandOver)
 {
-    std::string folder = Fresh("installed-one");
-    Ini ini("InstalledOne");
-    demo::MakeProduct(folder, ini);
-    DeleteRegTree(ini.RegistryKey());
-    SetRegDword(ini.RegistryKey(), "Installed", 1);
-    RunResult r = Launch(Join(folder, "Launcher.exe"), "-V");
-    EXPECT_EQ(r.exitCode, 0u);
-    EXPECT_TRUE(r.boxes.empty());
-    std::vector<std::string> lines = Lines(r);
-    ASSERT_GE(lines.size(), 3u);
-    EXPECT_EQ(lines[lines.size() - 3],
-              "RegistryFolder is [Software\\Launcher Tests\\InstalledOne\\1.0]");
-    EXPECT_EQ(lines[lines.size() - 2], "LfxMain: Destruction completed.");
-    DeleteRegTree(ini.RegistryKey());
+    RunRows("state");
 }
-
-TEST(LauncherSingleInstance, AnotherLauncherOrTheGameEndsStartUp)
+TEST(LauncherRuns, OneAtATimeAndNoneWhileTheGameRuns)
 {
-    std::string folder = Fresh("single");
-    Ini ini("Single");
-    demo::MakeProduct(folder, ini);
-    DeleteRegTree(ini.RegistryKey());
-    std::string launcherMutex = ini.Get("Mutex", "Launcher"),
-                gameMutex = ini.Get("Mutex", "Product");
-    struct Case
-    {
-        std::string held;
-        std::string lastLine;
-    } cases[] = {
-        {launcherMutex, "LfxMain: Launcher is already running."},
-        {gameMutex, "LfxMain: Game is already running."},
-        {launcherMutex + "," + gameMutex, "LfxMain: Game is already running."},
-    };
-    for (const Case& c : cases)
-    {
-        SCOPED_TRACE(c.held);
-        MutexHolder holder(c.held);
-        RunResult r = Launch(Join(folder, "Launcher.exe"), "-V");
-        EXPECT_EQ(r.exitCode, 0u);
-        EXPECT_TRUE(r.boxes.empty()); // the version box never comes
-        std::vector<std::string> lines = Lines(r);
-        ASSERT_GE(lines.size(), 3u);
-        EXPECT_EQ(lines[lines.size() - 3], c.lastLine);
-        EXPECT_FALSE(HasLine(r, "LfxMain: PreInitializePages started."));
-    }
-    // Once nothing holds them, the launcher goes on.
-    RunResult free = Launch(Join(folder, "Launcher.exe"), "");
-    EXPECT_TRUE(HasLine(free, "LfxMain: Launcher, Game are not running."));
+    RunRows("instances");
+}
+TEST(LauncherRuns, FatalConditionsShowTheAssertionBox)
+{
+    RunRows("fatal");
 }
 
 TEST(LauncherSingleInstance, TwentyLaunchersAtOnceLeaveOne)
@@ -454,105 +518,4 @@ TEST(LauncherSingleInstance, TwentyLaunchersAtOnceLeaveOne)
     }
     EXPECT_EQ(running, 1);
     EXPECT_EQ(refused, 19);
-}
-
-TEST(LauncherConfiguration, FatalConditionsShowTheAssertionBox)
-{
-    const std::string lfx = "FrameWork/_lfx/Source/lfx_System";
-    const std::string env = "FrameWork/_cult/Source/clt_Environment";
-    const int envLine = expect::SourceLine("FrameWork/_cult/Source/clt_Environment.cpp",
-                                           "CLT_ASSERT(!strSecond.empty())");
-    ASSERT_GT(envLine, 0);
-    struct Case
-    {
-        const char* name;
-        void (*change)(Ini&, const std::string& folder);
-        std::string text;
-    } cases[] = {
-        {"no data folder", [](Ini&, const std::string& f) { RemoveTree(Join(f, "Install")); },
-         expect::AssertText("clt_IsDirectoryPresent(g_Env[\"DataDir\"])", lfx, 173)},
-        {"no setup.ini",
-         [](Ini&, const std::string& f) { DeleteFileA(Join(f, "Install\\setup.ini").c_str()); },
-         expect::AssertText("clt_IsFilePresent(g_Env[\"IniPath\"])", lfx, 174)},
-        {"setup library missing",
-         [](Ini& i, const std::string&) { i.Set("Files", "SetupDll", "Missing.dll"); },
-         expect::AssertText("m_hSetupDll!=0", lfx, 227)},
-        {"setup library without the export",
-         [](Ini& i, const std::string& f)
-         {
-             i.Set("Files", "SetupDll", "NoExport.dll");
-             CopyInto(Join(ExeFolder(), "NoExport.dll"), Join(f, "Install"));
-         },
-         expect::AssertText("VokSetup_GetSetup!=0", lfx, 230)},
-        {"setup object refused",
-         [](Ini& i, const std::string& f)
-         {
-             i.Set("Files", "SetupDll", "RefusingSetup.dll");
-             CopyInto(Join(ExeFolder(), "RefusingSetup.dll"), Join(f, "Install"));
-         },
-         expect::AssertText("VokSetup_GetSetup(g_Env[\"DataDir\"],&m_pVokSetup)", lfx, 231)},
-        {"launcher mutex empty", [](Ini& i, const std::string&) { i.Set("Mutex", "Launcher", ""); },
-         expect::AssertText("!strLauncherMutex.empty()", lfx, 336)},
-        {"game mutex missing", [](Ini& i, const std::string&) { i.Remove("Mutex", "Product"); },
-         expect::AssertText("!strGameMutex.empty()", lfx, 337)},
-        {"launcher name missing", [](Ini& i, const std::string&) { i.Remove("Files", "Launcher"); },
-         expect::AssertText("!strSecond.empty()", env, envLine)},
-        {"DirectX version missing",
-         [](Ini& i, const std::string&) { i.Remove("Startup", "DirectXVer"); },
-         expect::AssertText("!strSecond.empty()", env, envLine)},
-    };
-    for (const Case& c : cases)
-    {
-        SCOPED_TRACE(c.name);
-        std::string folder = Fresh("fatal");
-        Ini ini("Fatal");
-        demo::MakeProduct(folder, ini);
-        c.change(ini, folder);
-        if (GetFileAttributesA(Join(folder, "Install\\setup.ini").c_str()) !=
-            INVALID_FILE_ATTRIBUTES)
-            WriteTextFile(Join(folder, "Install\\setup.ini"), ini.Text());
-        RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "", folder, {IDCANCEL});
-        EXPECT_EQ(r.exitCode, 0u);
-        ASSERT_EQ(r.boxes.size(), 1u);
-        EXPECT_EQ(r.boxes[0].title, "Guru meditation failure!");
-        EXPECT_EQ(r.boxes[0].text, c.text);
-        EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_RETRYCANCEL | MB_ICONHAND));
-        EXPECT_FALSE(HasLine(r, "LfxMain: Destruction completed."));
-    }
-}
-
-TEST(LauncherConfiguration, LockedSetupIniCountsAsMissing)
-{
-    std::string folder = Fresh("locked");
-    Ini ini("Locked");
-    demo::MakeProduct(folder, ini);
-    HANDLE lock = CreateFileA(Join(folder, "Install\\setup.ini").c_str(), GENERIC_READ, 0, nullptr,
-                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-    RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "", folder, {IDCANCEL});
-    CloseHandle(lock);
-    ASSERT_EQ(r.boxes.size(), 1u);
-    EXPECT_EQ(r.boxes[0].text, expect::AssertText("clt_IsFilePresent(g_Env[\"IniPath\"])",
-                                                  "FrameWork/_lfx/Source/lfx_System", 174));
-    EXPECT_EQ(r.exitCode, 0u);
-}
-
-TEST(LauncherVersion, SwitchVShowsTheVersionText)
-{
-    std::string folder = Fresh("version");
-    Ini ini("Version");
-    demo::MakeProduct(folder, ini);
-    DeleteRegTree(ini.RegistryKey());
-    RunResult r = LaunchIn(Join(folder, "Launcher.exe"), "-V", folder, {IDOK});
-    EXPECT_EQ(r.exitCode, 0u);
-    ASSERT_EQ(r.boxes.size(), 1u);
-    EXPECT_EQ(r.boxes[0].title, "Tarn");
-    EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_OK));
-    EXPECT_EQ(r.boxes[0].text, "Launcher.exe (Build 0003)\n\n"
-                               "LfxMain        \t: 1.03.0114 (2/12/02 5:05p)\n"
-                               "CTarnLauncher  \t: 1.00.0024 (2/22/02 5:26p)\n"
-                               "\nPages:\n"
-                               "\tLAUNCH\tINT\n\tINSTALL\t\n\tHELP\t\n\tOPTIONS\t\n");
-    EXPECT_TRUE(HasLine(r, "LfxMain: PreCreateLauncher started."));
-    EXPECT_FALSE(HasLine(r, "LfxMain: Running launcher..."));
 }
