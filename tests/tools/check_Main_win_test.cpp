@@ -1,6 +1,6 @@
 // ProductCheck.exe as a publisher runs it: its report on the standard output, the last
 // line a summary, and its exit code; a wrong command line on the standard error.
-#include "tools/harness/wine_Harness.h"
+#include "harness/wine_Harness.h"
 
 #include <gtest/gtest.h>
 

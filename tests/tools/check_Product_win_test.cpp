@@ -4,7 +4,7 @@
 // Text_XXXX keys set texts); setup.ini is read by the system's own reader under Wine.
 #include "check_Product.h"
 
-#include "tools/harness/wine_Harness.h"
+#include "harness/wine_Harness.h"
 
 #include <gtest/gtest.h>
 

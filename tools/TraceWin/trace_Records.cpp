@@ -1,5 +1,5 @@
 // Reading the record file that TraceWin writes with /out: (see trace_Records.h).
-#include "TraceWin/trace_Records.h"
+#include "tools/TraceWin/trace_Records.h"
 
 #include "harness/wine_Harness.h"
 

@@ -2,7 +2,6 @@
 // message routing of CltWindow; text buttons, image buttons and the caption bar painted
 // into a canvas and compared byte for byte with values computed from the formulas; and
 // the handles a tree leaves behind after it is built, painted and destroyed many times.
-// The painted states are also saved as pictures for the comparison with golden images.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -149,29 +148,6 @@ uint8_t Channel(uint32_t v, int i)
     return uint8_t(v >> (8 * i));
 }
 
-// Writes the canvas area as a 24-bit BMP for the golden-image comparison.
-void SaveBmp(const CltImage& image, const CltRect& r, const std::string& name)
-{
-    std::string folder = harness::Join(harness::ExeFolder(), "widget-shots");
-    harness::MakeFolders(folder);
-    int32_t w = r.Width(), h = r.Height();
-    uint32_t rowBytes = (uint32_t(w) * 3 + 3) & ~3u;
-    BITMAPFILEHEADER file = {0x4D42, 54 + rowBytes * h, 0, 0, 54};
-    BITMAPINFOHEADER info = {40, w, h, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-    FILE* f = fopen(harness::Join(folder, name).c_str(), "wb");
-    ASSERT_NE(f, nullptr);
-    fwrite(&file, sizeof file, 1, f);
-    fwrite(&info, sizeof info, 1, f);
-    std::vector<uint8_t> row(rowBytes, 0);
-    for (int32_t y = r.bottom - 1; y >= r.top; --y)
-    {
-        for (int32_t x = 0; x < w; ++x)
-            memcpy(&row[size_t(x) * 3], image.PixelAddress(r.left + x, y), 3);
-        fwrite(row.data(), 1, row.size(), f);
-    }
-    fclose(f);
-}
-
 constexpr uint32_t kBackground = 0x203040;
 
 // A root without a window, a background panel of one colour, and the paint of a part of it.
@@ -285,8 +261,6 @@ TEST_F(PaintedTree, TextButtonStatesFollowTheBlendFormulas)
                 }
                 ASSERT_EQ(At(x, y), expected) << states[s].name << " at " << x << "," << y;
             }
-        SaveBmp(*canvas->Pixels(), CltRect(194 - 150, 200 - 190, 394 - 150, 247 - 190),
-                states[s].name);
     }
     root.RemoveChild(panel);
     DeleteObject(font);
@@ -323,7 +297,6 @@ TEST_F(PaintedTree, ImageButtonLeavesOutEveryKeyColouredPixel)
             }
             ASSERT_EQ(At(x, y), expected) << x << "," << y;
         }
-    SaveBmp(*canvas->Pixels(), CltRect(0, 0, 40, 30), "image_button.bmp");
 }
 
 TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
@@ -368,7 +341,6 @@ TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
     EXPECT_GE(left, 25);
     EXPECT_LE(left, 27); // the first glyph's side bearing
     EXPECT_GE(top, 6);
-    SaveBmp(*canvas->Pixels(), CltRect(0, 0, 200, 30), "caption.bmp");
 
     // An empty title draws the picture alone.
     bar->SetContent(caption, "", font);

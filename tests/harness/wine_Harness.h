@@ -9,7 +9,7 @@
 
 #include <windows.h>
 
-#include "TraceWin/trace_Records.h"
+#include "tools/TraceWin/trace_Records.h"
 
 #include <functional>
 #include <string>
