@@ -2,6 +2,8 @@
 // them), line numbers from the scan of the file's text.
 #include "check_Settings.h"
 
+#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
+
 #include "check_Files.h"
 #include "check_Ini.h"
 #include "check_IniScan.h"
@@ -13,45 +15,9 @@ namespace
 // setup.ini larger than this is not scanned for its lines.
 constexpr int64_t kMostIniBytes = 1 << 20;
 
-enum class Kind
-{
-    Text,
-    Number,
-    Required // its absence ends in a failed assertion at start-up
-};
-
-struct Key
-{
-    const char* section;
-    const char* key;
-    Kind kind;
-    const char* assertion; // Required: the assertion's text
-};
-
-const Key kKeys[] = {
-    {"Registry", "Company", Kind::Text, nullptr},
-    {"Registry", "Product", Kind::Text, nullptr},
-    {"Registry", "Version", Kind::Text, nullptr},
-    {"Startup", "InstallDX", Kind::Number, nullptr},
-    {"Startup", "AppType", Kind::Text, nullptr},
-    {"Startup", "DirectXVer", Kind::Required, "!strSecond.empty()"},
-    {"Startup", "Disks", Kind::Number, nullptr},
-    {"Startup", "Data", Kind::Text, nullptr},
-    {"Files", "Launcher", Kind::Required, "!strSecond.empty()"},
-    {"Files", "SetupDll", Kind::Required, "m_hSetupDll!=0"},
-    {"Files", "Product", Kind::Text, nullptr},
-    {"Files", "Installer", Kind::Text, nullptr},
-    {"Files", "CmdLine", Kind::Text, nullptr},
-    {"Folders", "Product", Kind::Text, nullptr},
-    {"Folders", "DirectXCurrent", Kind::Text, nullptr},
-    {"Folders", "DirectX", Kind::Text, nullptr},
-    {"Url", "DirectX", Kind::Text, nullptr},
-    {"Mutex", "Launcher", Kind::Required, "!strLauncherMutex.empty()"},
-    {"Mutex", "Product", Kind::Required, "!strGameMutex.empty()"},
-    {"Documentation", "Help", Kind::Text, nullptr},
-    {"SysCheck", "RAM", Kind::Number, nullptr},
-    {"Buffer", "Product", Kind::Number, nullptr},
-};
+using Key = LfxIniKey;
+using Kind = LfxIniKind;
+const auto& kKeys = lfx_ini::kAll;
 
 bool LauncherReads(const std::string& section)
 {

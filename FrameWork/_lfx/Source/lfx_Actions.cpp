@@ -1,6 +1,7 @@
 // LfxMain's actions: message boxes, sounds, and the programs it starts (the game, the
 // installer, the uninstaller, the system check, documents, the web page, help).
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 #include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
@@ -61,9 +62,9 @@ int LfxMain::RunInstaller()
 {
     if (m_pLauncher && !m_pLauncher->CanInstall()) return 0;
     CltString installerName, parameters;
-    GetIniString("Files", "Installer", installerName);
+    GetIniString(lfx_ini::FilesInstaller, installerName);
     CltString installer = JoinPath(g_Env[lfx_env::DataDir], installerName);
-    GetIniString("Files", "CmdLine", parameters);
+    GetIniString(lfx_ini::FilesCmdLine, parameters);
     if (!CheckMedia()) return 0;
     return Execute(installer.c_str(), parameters.c_str(), g_Env[lfx_env::LauncherDir].c_str(), true,
                    false);
@@ -103,7 +104,7 @@ int LfxMain::OpenDocument(const char* key)
 int LfxMain::CallWinHelp(uint32_t command, uintptr_t data)
 {
     CltString help, file;
-    GetIniString("Documentation", "Help", help);
+    GetIniString(lfx_ini::DocumentationHelp, help);
     file = JoinPath(g_Env[lfx_env::LauncherDir], help);
     WinHelpA(nullptr, file.c_str(), command, data);
     return 1;

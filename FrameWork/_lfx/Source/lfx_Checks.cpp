@@ -1,6 +1,7 @@
 // LfxMain's system checks: memory and paging space, DirectX (with its installation and
 // the restart), the sound device, and the installation media.
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 #include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
@@ -45,11 +46,11 @@ int LfxMain::CheckMemory()
     status.dwLength = sizeof status;
     g_pfnLfxGlobalMemoryStatus(&status);
     int32_t ram = 0, buffer = 0;
-    if (GetIniDWORD("SysCheck", "RAM", ram) &&
+    if (GetIniDWORD(lfx_ini::SysCheckRAM, ram) &&
         Figure32(status.dwTotalPhys) < (uint32_t(ram) - 1u) * 1048576u)
         return ShowMessage(GetSetupString(lfx_text::LowMemory).c_str(),
                            MB_YESNO | MB_ICONINFORMATION) == IDYES;
-    if (GetIniDWORD("Buffer", "Product", buffer) &&
+    if (GetIniDWORD(lfx_ini::BufferProduct, buffer) &&
         Figure32(status.dwAvailPageFile) < uint32_t(buffer) * 1048576u)
         return ShowMessage(GetSetupString(lfx_text::LowPaging).c_str(),
                            MB_YESNO | MB_ICONINFORMATION) == IDYES;
@@ -143,7 +144,7 @@ int LfxMain::CheckMedia()
 {
     if (!m_bRetail) return 1;
     CltString label;
-    GetIniString("Startup", "Data", label);
+    GetIniString(lfx_ini::StartupData, label);
     UINT message =
         (m_nDisks == 0 || m_nDisks == 1) ? lfx_text::InsertDisc : lfx_text::InsertFirstDisc;
     for (;;)

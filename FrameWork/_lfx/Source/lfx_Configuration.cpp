@@ -1,6 +1,7 @@
 // LfxMain's configuration: setup.ini, the registry key, the folders, the setup library and
 // its texts, and the version text (PreInitializeLauncher).
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 #include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
@@ -111,9 +112,9 @@ int LfxMain::PreInitializeLauncher()
     // clang-format on
 
     CltString company, product, version;
-    GetIniString("Registry", "Company", company);
-    GetIniString("Registry", "Product", product);
-    GetIniString("Registry", "Version", version);
+    GetIniString(lfx_ini::RegistryCompany, company);
+    GetIniString(lfx_ini::RegistryProduct, product);
+    GetIniString(lfx_ini::RegistryVersion, version);
     g_Env.Set(lfx_env::RegistryFolder,
               JoinPath(JoinPath(JoinPath("Software", company), product), version).c_str(), true);
     const CltString registryFolder = g_Env[lfx_env::RegistryFolder];
@@ -122,23 +123,23 @@ int LfxMain::PreInitializeLauncher()
     if (m_dwInstalled == 1) return 0;
 
     int32_t installDX = 0;
-    m_bInstallDX = GetIniDWORD("Startup", "InstallDX", installDX) && installDX != 0;
+    m_bInstallDX = GetIniDWORD(lfx_ini::StartupInstallDX, installDX) && installDX != 0;
     CltString appType;
-    GetIniString("Startup", "AppType", appType);
+    GetIniString(lfx_ini::StartupAppType, appType);
     m_bRetail = lstrcmpiA(appType.c_str(), "RETAIL") == 0;
 
     CltString installDir, launcherName, directXVersion, directXUrl, strSetupDll;
     clt_RegGetString(HKEY_LOCAL_MACHINE, registryFolder.c_str(), "Install Path", installDir);
     g_Env.Set(lfx_env::InstallDir, installDir.c_str(), false);
-    GetIniString("Files", "Launcher", launcherName);
+    GetIniString(lfx_ini::FilesLauncher, launcherName);
     g_Env.Set(lfx_env::LauncherName, launcherName.c_str(), true);
-    GetIniString("Startup", "DirectXVer", directXVersion);
+    GetIniString(lfx_ini::StartupDirectXVer, directXVersion);
     g_Env.Set(lfx_env::DirectXVersion, directXVersion.c_str(), true);
-    GetIniString("Url", "DirectX", directXUrl);
+    GetIniString(lfx_ini::UrlDirectX, directXUrl);
     g_Env.Set(lfx_env::DirectXUrl, directXUrl.c_str(), false);
-    GetIniDWORD("Startup", "Disks", m_nDisks);
+    GetIniDWORD(lfx_ini::StartupDisks, m_nDisks);
     Trace("m_nDisks is [%d]\n", m_nDisks);
-    GetIniString("Files", "SetupDll", strSetupDll);
+    GetIniString(lfx_ini::FilesSetupDll, strSetupDll);
     Trace("strSetupDll is [%s]\n", strSetupDll.c_str());
 
     // The setup library is the one library loaded from the data folder, by its full path.

@@ -1,6 +1,7 @@
 // LfxMain's launcher state: installed or not, the hand-over to the installed launcher, and
 // the single-instance rule (DetermineLauncherState, CheckMutex).
 #include "FrameWork/_lfx/Source/lfx_System.h"
+#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
@@ -55,9 +56,9 @@ int LfxMain::DetermineLauncherState()
     }
     Trace("Product is installed.\n");
     CltString strFilProduct, strFilDir;
-    GetIniString("Files", "Product", strFilProduct);
+    GetIniString(lfx_ini::FilesProduct, strFilProduct);
     Trace("strFilProduct is [%s].\n", strFilProduct.c_str());
-    GetIniString("Folders", "Product", strFilDir);
+    GetIniString(lfx_ini::FoldersProduct, strFilDir);
     Trace("strFilDir is [%s].\n", strFilDir.c_str());
     g_Env.Set(lfx_env::ProductDir, JoinPath(g_Env[lfx_env::InstallDir], strFilDir).c_str(), true);
     g_Env.Set(lfx_env::ProductExe, JoinPath(g_Env[lfx_env::ProductDir], strFilProduct).c_str(),
@@ -94,8 +95,8 @@ int LfxMain::DetermineLauncherState()
 int LfxMain::CheckMutex()
 {
     CltString strLauncherMutex, strGameMutex;
-    GetIniString("Mutex", "Launcher", strLauncherMutex);
-    GetIniString("Mutex", "Product", strGameMutex);
+    GetIniString(lfx_ini::MutexLauncher, strLauncherMutex);
+    GetIniString(lfx_ini::MutexProduct, strGameMutex);
     Trace("strLauncherMutex is [%s].\n", strLauncherMutex.c_str());
     Trace("strGameMutex is [%s].\n", strGameMutex.c_str());
     // clang-format off

@@ -9,6 +9,8 @@
 // (Windows only.)
 #pragma once
 
+#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
+
 #include "FrameWork/_cult/Source/clt_App.h"
 #include "FrameWork/_cult/Source/clt_IndexList.h"
 #include "FrameWork/_cult/Source/clt_String.h"
@@ -60,6 +62,11 @@ class LfxMain : public CltApp
     // Configuration readers.
     int GetIniString(const char* section, const char* key, CltString& out);
     int GetIniDWORD(const char* section, const char* key, int32_t& out);
+    int GetIniString(const LfxIniKey& key, CltString& out)
+    {
+        return GetIniString(key.section, key.key, out);
+    }
+    int GetIniDWORD(const LfxIniKey& key, int32_t& out) { return GetIniDWORD(key.section, key.key, out); }
     CltString GetSetupString(uint16_t number);
     CltString GetLauncherDir();
 
