@@ -278,7 +278,9 @@ void RunRows(const std::string& group)
                            kHandOver + notRunning,
                        "args=|cwd=$-installed\n"));
     rows.push_back(Row("state: switch Y", installed("installed", "E:\\", 1), "-DISABLEMUTEX -Y",
-                       kFromHd + "|SourceDir is [E:\\]|" + state1, ""));
+                       kFromHd + "|SourceDir is [E:\\]|" + state1 +
+                           "|LfxMain: strFilProduct is [Tarn.exe].|LfxMain: strFilDir is [Game].",
+                       ""));
     rows.push_back(Row("state: switch DEBUG", installed("installed", "E:", 1),
                        "-DISABLEMUTEX -DEBUG", "SourceDir is [E:\\]|" + state1, ""));
     rows.push_back(Row("state: switch V", installed("installed", "D:\\Setup\\", 1), "-V",

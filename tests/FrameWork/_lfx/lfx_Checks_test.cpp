@@ -62,7 +62,8 @@ struct RecordingLauncher : LfxLauncher
         ++destroyed;
         return 1;
     }
-    int destroyed = 0;
+    int CanInstall() override { return canInstall; }
+    int destroyed = 0, canInstall = 1;
 };
 RecordingLauncher g_launcher;
 
@@ -296,6 +297,9 @@ TEST(LfxActions, ProgramsStartWithTheirParametersAndFolders)
     EXPECT_EQ(ReadTextFile(Join(data, "Syscheck.exe.log")), "args=|cwd=" + data + "\n");
     EXPECT_EQ(g_LfxMain.RunInstaller(), 1); // [Files] CmdLine missing: no parameters
     EXPECT_EQ(record("TarnSetup.exe"), "args=|cwd=" + root + "\n");
+    g_launcher.canInstall = 0; // a product launcher that refuses: nothing starts
+    EXPECT_EQ(g_LfxMain.RunInstaller(), 0);
+    g_launcher.canInstall = 1;
 
     // A program the shell cannot start: one box, the launcher's 0x5007, and none of the
     // shell's. (The helpers are found by bare name, also beside the calling program; the
