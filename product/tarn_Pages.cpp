@@ -18,7 +18,7 @@ struct TarnPageButton
     TarnCommand command;
 };
 
-struct TarnPageSpec
+struct TarnPageRow
 {
     const char* name;
     uint16_t title;
@@ -31,31 +31,31 @@ using C = TarnCommand;
 namespace t = lfx_text;
 
 // The pages. Exit and Back are the same command: the last one, which Escape runs too.
-const TarnPageSpec kInstall = {"INSTALL",
-                               t::Install,
-                               {{t::Install, C::Install},
-                                {t::Help, C::ToHelp},
-                                {t::Options, C::ToOptions},
-                                {t::Exit, C::Back}}};
-const TarnPageSpec kLaunch = {"LAUNCH",
-                              t::LaunchTitle,
-                              {{t::PlayGame, C::Play},
-                               {t::PlaySecond, C::PlaySecond},
+const TarnPageRow kInstall = {"INSTALL",
+                              t::Install,
+                              {{t::Install, C::Install},
                                {t::Help, C::ToHelp},
                                {t::Options, C::ToOptions},
                                {t::Exit, C::Back}}};
-const TarnPageSpec kHelp = {"HELP",
-                            t::Help,
-                            {{t::SystemCheck, C::SystemCheck},
-                             {t::ReadMe, C::ReadMe},
-                             {t::Troubleshooting, C::Troubleshooting},
-                             {t::Back, C::Back}}};
-const TarnPageSpec kOptions = {"OPTIONS",
-                               t::Options,
-                               {{t::WebSite, C::WebSite},
-                                {t::Licence, C::Licence},
-                                {t::Uninstall, C::Uninstall},
-                                {t::Back, C::Back}}};
+const TarnPageRow kLaunch = {"LAUNCH",
+                             t::LaunchTitle,
+                             {{t::PlayGame, C::Play},
+                              {t::PlaySecond, C::PlaySecond},
+                              {t::Help, C::ToHelp},
+                              {t::Options, C::ToOptions},
+                              {t::Exit, C::Back}}};
+const TarnPageRow kHelp = {"HELP",
+                           t::Help,
+                           {{t::SystemCheck, C::SystemCheck},
+                            {t::ReadMe, C::ReadMe},
+                            {t::Troubleshooting, C::Troubleshooting},
+                            {t::Back, C::Back}}};
+const TarnPageRow kOptions = {"OPTIONS",
+                              t::Options,
+                              {{t::WebSite, C::WebSite},
+                               {t::Licence, C::Licence},
+                               {t::Uninstall, C::Uninstall},
+                               {t::Back, C::Back}}};
 
 void Click(LfxMain* main)
 {
@@ -85,32 +85,32 @@ void Play(LfxMain* main)
 
 CltString CTarnPage::GetName()
 {
-    return m_Spec.name;
+    return m_Row.name;
 }
 
 void CTarnPage::ShowTitle()
 {
     static_cast<CTarnLauncher*>(m_pLauncher)
-        ->SetTitle(m_pMain->GetSetupString(m_Spec.title).c_str());
+        ->SetTitle(m_pMain->GetSetupString(m_Row.title).c_str());
 }
 
 const uint32_t* CTarnPage::GetButtonList()
 {
     for (uint32_t i = 0; i < kMaxEntries; ++i)
-        m_aLabels[i] = m_Spec.buttons[i].label;
+        m_aLabels[i] = m_Row.buttons[i].label;
     return m_aLabels;
 }
 
 void CTarnPage::OnCommand(uint32_t command)
 {
     uint32_t entry = (command & 0xFFFF) - 1;
-    if (entry < kMaxEntries && m_Spec.buttons[entry].label) Run(m_Spec.buttons[entry].command);
+    if (entry < kMaxEntries && m_Row.buttons[entry].label) Run(m_Row.buttons[entry].command);
 }
 
 void CTarnPage::RemoveCommand(TarnCommand command)
 {
-    for (uint32_t i = 0; m_Spec.buttons[i].label; ++i)
-        if (m_Spec.buttons[i].command == command) RemoveButton(i + 1);
+    for (uint32_t i = 0; m_Row.buttons[i].label; ++i)
+        if (m_Row.buttons[i].command == command) RemoveButton(i + 1);
 }
 
 void CTarnPage::Run(TarnCommand command)

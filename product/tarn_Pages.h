@@ -26,7 +26,7 @@ enum class TarnCommand
     Back
 };
 
-struct TarnPageSpec;
+struct TarnPageRow;
 
 // What the product pages share: the title and the buttons come from the page's row of the
 // table, a command number is looked up there, and a button can be removed by its command.
@@ -39,12 +39,12 @@ class CTarnPage : public LfxButtonPage
     void OnCommand(uint32_t command) override;
 
   protected:
-    explicit CTarnPage(const TarnPageSpec& spec) : m_Spec(spec) {}
+    explicit CTarnPage(const TarnPageRow& row) : m_Row(row) {}
     virtual void Run(TarnCommand command);
     void RemoveCommand(TarnCommand command);
 
   private:
-    const TarnPageSpec& m_Spec;
+    const TarnPageRow& m_Row;
     uint32_t m_aLabels[kMaxEntries + 1] = {};
 };
 
