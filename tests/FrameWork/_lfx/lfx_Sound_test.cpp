@@ -11,26 +11,27 @@ using namespace harness;
 
 namespace
 {
-// What reached the device, without the silence with which it pads a sound's last period
-// (more of it when the machine is busy).
-std::string Heard()
+// The bytes without the silence with which the device pads a sound's last period (more of it
+// when the machine is busy); a wave file's own trailing silence goes the same way.
+std::string WithoutTrailingSilence(std::string bytes)
 {
-    std::string played = ReadTextFile(SOUND_CAPTURE);
-    while (played.size() >= 2 && played.compare(played.size() - 2, 2, std::string(2, '\0')) == 0)
-        played.resize(played.size() - 2);
-    return played;
+    while (bytes.size() >= 2 && bytes.compare(bytes.size() - 2, 2, std::string(2, '\0')) == 0)
+        bytes.resize(bytes.size() - 2);
+    return bytes;
 }
 
-// The sample bytes of a WAV file written by the build (after its 44-byte header), without
-// trailing silence.
+// What reached the device.
+std::string Heard()
+{
+    return WithoutTrailingSilence(ReadTextFile(SOUND_CAPTURE));
+}
+
+// The sample bytes of a WAV file written by the build (after its 44-byte header).
 std::string Samples(const char* sound)
 {
     std::string wav = ReadTextFile(
         Join(Join(ExeFolder(), "..\\demo-product\\Install"), std::string(sound) + ".wav"));
-    wav = wav.size() > 44 ? wav.substr(44) : std::string();
-    while (wav.size() >= 2 && wav.compare(wav.size() - 2, 2, std::string(2, '\0')) == 0)
-        wav.resize(wav.size() - 2);
-    return wav;
+    return WithoutTrailingSilence(wav.size() > 44 ? wav.substr(44) : std::string());
 }
 } // namespace
 
