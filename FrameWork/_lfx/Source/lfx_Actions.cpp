@@ -1,7 +1,6 @@
 // LfxMain's actions: message boxes, sounds, and the programs it starts (the game, the
 // installer, the uninstaller, the system check, documents, the web page, help).
 #include "FrameWork/_lfx/Source/lfx_System.h"
-#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 #include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"

@@ -1,7 +1,6 @@
 // LfxMain's system checks: memory and paging space, DirectX (with its installation and
 // the restart), the sound device, and the installation media.
 #include "FrameWork/_lfx/Source/lfx_System.h"
-#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 #include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"

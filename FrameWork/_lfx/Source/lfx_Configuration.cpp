@@ -1,7 +1,6 @@
 // LfxMain's configuration: setup.ini, the registry key, the folders, the setup library and
 // its texts, and the version text (PreInitializeLauncher).
 #include "FrameWork/_lfx/Source/lfx_System.h"
-#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 #include "FrameWork/_lfx/Source/lfx_Texts.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"

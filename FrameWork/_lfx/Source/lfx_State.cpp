@@ -1,7 +1,6 @@
 // LfxMain's launcher state: installed or not, the hand-over to the installed launcher, and
 // the single-instance rule (DetermineLauncherState, CheckMutex).
 #include "FrameWork/_lfx/Source/lfx_System.h"
-#include "FrameWork/_lfx/Source/lfx_IniKeys.h"
 
 #include "FrameWork/_lfx/Source/lfx_Core.h"
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"

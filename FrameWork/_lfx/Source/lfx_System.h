@@ -66,7 +66,10 @@ class LfxMain : public CltApp
     {
         return GetIniString(key.section, key.key, out);
     }
-    int GetIniDWORD(const LfxIniKey& key, int32_t& out) { return GetIniDWORD(key.section, key.key, out); }
+    int GetIniDWORD(const LfxIniKey& key, int32_t& out)
+    {
+        return GetIniDWORD(key.section, key.key, out);
+    }
     CltString GetSetupString(uint16_t number);
     CltString GetLauncherDir();
 
