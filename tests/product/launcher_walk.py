@@ -615,6 +615,15 @@ ROWS = [
         ("key", "Tab"), ("key", "Right"), ("looks", focus(5, 1)),
         ("key", "Right"), ("key", "Return"), ("shown", "HELP"), ("looks", focus(4, 0)),
         ("key", "Escape"), ("shown", "LAUNCH"), ("looks", focus(5, 2))]),
+    # The second click of a double-click on a button that changes the page clicks nothing on
+    # the new page (HELP's Readme, INSTALL's Exit, OPTIONS' Back, LAUNCH's Options).
+    ("double-clicks on INSTALL and HELP", {}, {}, [
+        ("shown", "INSTALL"), ("double", *button(1)), ("shown", "HELP"), ("double", *button(3)),
+        ("shown", "INSTALL"), ("looks", focus(4, 1)), ("never", "Install/Doc.exe")]),
+    ("double-clicks on LAUNCH and OPTIONS", {"installed": True}, {}, [
+        ("shown", "LAUNCH"), ("double", *button(3)), ("shown", "OPTIONS"), ("double", *button(3)),
+        ("shown", "LAUNCH"), ("looks", focus(5, 3)), ("key", "Escape"), ("closed", "LAUNCH"),
+        ("no page between",), ("ends",)]),
     # A release off the pressed button is no click: Escape, handled after it, ends the page.
     ("a release off the button", {}, {}, [
         ("shown", "INSTALL"), ("move", 1), ("down",), ("move", 90, 400), ("up",),

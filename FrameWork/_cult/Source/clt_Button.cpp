@@ -44,6 +44,10 @@ void CltButton::OnLButtonDown(uint32_t, int32_t, int32_t)
 
 void CltButton::OnLButtonUp(uint32_t, int32_t x, int32_t y)
 {
+    // Only the button that saw the press is clicked. The second release of a double-click
+    // whose first click changed the page lands on a button of the new page, which saw no
+    // press (the second press arrives as a double-click message, not as a press).
+    if (!m_bPressed) return;
     m_bPressed = false;
     bool inside = HitTest(CltPoint{x, y});
     SetState(inside || HasFlag(CltWidgetFocusable) ? ButtonHighlighted : ButtonNormal);
