@@ -1,6 +1,7 @@
 // End-to-end tests of the real executables under Wine: what the TraceWin viewer receives
-// during the launcher's static construction, and the assertion boxes of a framework
-// program, read and answered from outside.
+// during the launcher's static construction, the assertion boxes of a framework program,
+// read and answered from outside, and the rule that system libraries come from the system
+// folder only.
 #include "harness/wine_Harness.h"
 #include "support/assert_Text.h"
 #include "support/demo_Product.h"
@@ -12,6 +13,8 @@
 #include <vector>
 
 using namespace harness;
+using demo::HasLine;
+using demo::Launch;
 
 namespace
 {
@@ -146,4 +149,51 @@ TEST(AssertionBox, RetryShowsTheDumpCancelDoesNotAndTheExitCodeIsZero)
         for (const std::string& t : r.traces)
             EXPECT_EQ(t.find("Destruction"), std::string::npos);
     }
+}
+
+TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
+{
+    std::string folder = Join(TestRoot(), "planted");
+    RemoveTree(folder);
+    demo::Ini ini("Planted");
+    demo::MakeProduct(folder, ini);
+    std::string planted = Join(ExeFolder(), "..\\planted");
+    std::vector<std::string> plantedFiles;
+    for (const std::string& where : {folder, Join(folder, "Install")})
+        for (const char* name : {"ddraw.dll", "DSOUND.DLL"})
+        {
+            CopyInto(Join(planted, name), where);
+            plantedFiles.push_back(Join(where, name));
+        }
+    // Wine otherwise always uses its own libraries: ask for the files first, as Windows does.
+    demo::SetLibraryOverrides("loader.exe", {"ddraw", "dsound"}, "native,builtin");
+    demo::SetLibraryOverrides("Launcher.exe", {"ddraw", "dsound"}, "native,builtin");
+    // A program beside the planted files that loads the libraries by name gets them.
+    CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "loader.exe");
+    for (const char* name : {"ddraw.dll", "DSOUND.DLL"})
+    {
+        Process loader;
+        ASSERT_TRUE(loader.Start(Join(folder, "loader.exe"), std::string("-LOAD=") + name, folder));
+        WaitForSingleObject(loader.Handle(), 10000);
+        std::string marker = Join(folder, name) + ".loaded";
+        EXPECT_NE(GetFileAttributesA(marker.c_str()), INVALID_FILE_ATTRIBUTES) << marker;
+        DeleteFileA(marker.c_str());
+    }
+
+    // Installed in its own folder: -I runs every check that loads DirectX, then the game.
+    demo::MarkInstalled(ini, folder);
+    RunResult r = Launch(Join(folder, "Launcher.exe"), "-I", {IDNO, IDNO});
+    EXPECT_EQ(r.exitCode, 0u);
+    EXPECT_TRUE(HasLine(r, "LfxMain: m_dwState is [1]"));
+    ASSERT_EQ(r.boxes.size(), 2u); // no sound device: declined, so nothing is started
+    EXPECT_EQ(r.boxes[0].text,
+              "No working sound device was found.\n\nDo you want to play without sound?");
+    EXPECT_EQ(StyleOf(r.boxes[0]), SeenFromOutside(0x2124));
+    EXPECT_EQ(StyleOf(r.boxes[1]), 0x124u); // the product's own question, No the default
+    EXPECT_TRUE(r.boxes[1].scripted);
+    for (const std::string& file : plantedFiles)
+        EXPECT_EQ(GetFileAttributesA((file + ".loaded").c_str()), INVALID_FILE_ATTRIBUTES) << file;
+    demo::SetLibraryOverrides("loader.exe", {}, "");
+    demo::SetLibraryOverrides("Launcher.exe", {}, "");
+    DeleteRegTree(ini.RegistryKey());
 }

@@ -118,6 +118,9 @@ struct Box
     UINT style;
 };
 
+// Wine's settings for the programs named Launcher.exe: "Version" is the Windows they see.
+const char kLauncherSettings[] = "Software\\Wine\\AppDefaults\\Launcher.exe";
+
 // A product folder of its own for one row: laid out by Make (after the row has changed its
 // setup.ini), with the launcher at 'program', started in 'cwd'.
 struct Product
@@ -132,6 +135,7 @@ struct Product
     {
         if (lock) CloseHandle(lock);
         DeleteRegTree(ini.RegistryKey());
+        RegDeleteKeyValueA(HKEY_CURRENT_USER, kLauncherSettings, "Version");
     }
     void Make(const std::string& anchor = "Install") { demo::MakeProduct(folder, ini, anchor); }
     // Registered as installed at 'path' (with Source Dir 'source' unless empty); the
@@ -148,6 +152,7 @@ struct Product
     std::string folder, installed;
     demo::Ini ini;
     std::string program, cwd;
+    std::string record = Join(installed, "Launcher.exe.log"); // what "recorded" reads
     std::unique_ptr<MutexHolder> holder;
     HANDLE lock = nullptr;
 };
@@ -163,6 +168,8 @@ Box Fatal(const std::string& expression, const std::string& file, int line)
 {
     return {kGuru, expect::AssertText(expression, file, line), kGuruStyle};
 }
+
+const char* const kGroups[] = {"where", "state", "instances", "fatal", "media", "directx"};
 
 // One row per start of the launcher: how its product is laid out and registered, its
 // switches, the boxes it shows (answered in order), the trace lines that tell the case apart
@@ -332,7 +339,7 @@ void RunRows(const std::string& group)
     // What the launcher cannot go on without: the assertion box, answered with Cancel.
     rows.push_back(
         Row(
-            "no data folder",
+            "fatal: no data folder",
             [](Product& p)
             {
                 p.Make();
@@ -341,7 +348,7 @@ void RunRows(const std::string& group)
             "", "")
             .Box(Fatal("clt_IsDirectoryPresent(g_Env[\"DataDir\"])", kLfx, 173), IDCANCEL));
     rows.push_back(Row(
-                       "no setup.ini",
+                       "fatal: no setup.ini",
                        [](Product& p)
                        {
                            p.Make();
@@ -350,7 +357,7 @@ void RunRows(const std::string& group)
                        "", "")
                        .Box(noIni, IDCANCEL));
     rows.push_back(Row(
-                       "setup.ini locked",
+                       "fatal: setup.ini locked",
                        [](Product& p)
                        {
                            p.Make();
@@ -365,18 +372,18 @@ void RunRows(const std::string& group)
                        changed([](Product& p) { p.ini.Set("Files", "SetupDll", "Missing.dll"); }),
                        "", "")
                        .Box(Fatal("m_hSetupDll!=0", kLfx, 227), IDCANCEL));
-    for (const char* library : {"NoExport.dll", "RefusingSetup.dll"})
+    for (const char* name : {"fatal: NoExport.dll", "fatal: RefusingSetup.dll"})
         rows.push_back(
             Row(
-                library,
-                [library](Product& p)
+                name,
+                [library = name + 7](Product& p)
                 {
                     p.ini.Set("Files", "SetupDll", library);
                     p.Make();
                     CopyInto(Join(ExeFolder(), library), Join(p.folder, "Install"));
                 },
                 "", "")
-                .Box(library[0] == 'N'
+                .Box(name[7] == 'N'
                          ? Fatal("VokSetup_GetSetup!=0", kLfx, 230)
                          : Fatal("VokSetup_GetSetup(g_Env[\"DataDir\"],&m_pVokSetup)", kLfx, 231),
                      IDCANCEL));
@@ -392,10 +399,102 @@ void RunRows(const std::string& group)
     rows.push_back(Row("fatal: DirectX version missing",
                        changed([](Product& p) { p.ini.Remove("Startup", "DirectXVer"); }), "", "")
                        .Box(emptyValue, IDCANCEL));
+    // A retail product's disc: its label must begin with [Startup] Data (GAME); the session's
+    // CD drives carry the labels F: GAME_DISC1, G: GAM, H: OTHER, I: game. -I runs the
+    // installer, a recorder.
+    auto onDisc = [](std::string drive, const char* appType, const char* disks)
+    {
+        return [=](Product& p)
+        {
+            p.ini.Set("Startup", "Data", "GAME");
+            p.ini.Set("Startup", "AppType", appType);
+            p.ini.Set("Startup", "Disks", disks);
+            p.Make();
+            CopyInto(Join(ExeFolder(), "test_helper.exe"), Join(p.folder, "Install"),
+                     "TarnSetup.exe");
+            RemoveTree(drive + "Install");
+            DeleteFileA((drive + "Launcher.exe").c_str());
+            CopyTree(p.folder, drive);
+            p.program = drive + "Launcher.exe", p.cwd = "";
+            p.record = drive + "Install\\TarnSetup.exe.log";
+        };
+    };
+    const ::Box insert = {"Tarn",
+                          "Please insert the Tarn disc into your CD-ROM drive and click OK.",
+                          SeenFromOutside(0x2031)};
+    const ::Box insertFirst = {
+        "Tarn", "Please insert Tarn disc 1 into your CD-ROM drive and click OK.", insert.style};
+    rows.push_back(Row("media: label GAME_DISC1", onDisc("F:\\", "Retail", "1"), "-I", "",
+                       "args=|cwd=F:\\\n"));
+    rows.push_back(Row("media: label game, RETAIL", onDisc("I:\\", "RETAIL", "1"), "-I", "",
+                       "args=|cwd=I:\\\n"));
+    rows.push_back(
+        Row("media: label GAM", onDisc("G:\\", "Retail", "1"), "-I", "", "").Box(insert, IDCANCEL));
+    rows.push_back(Row("media: another disc of two", onDisc("H:\\", "Retail", "2"), "-I", "", "")
+                       .Box(insertFirst, IDCANCEL));
+    rows.push_back(
+        Row("media: another disc, asked again", onDisc("H:\\", "Retail", "0"), "-I", "", "")
+            .Box(insert, IDOK)
+            .Box(insert, IDCANCEL));
+    rows.push_back(Row("media: a demo asks for no disc", onDisc("G:\\", "Demo", "1"), "-I", "",
+                       "args=|cwd=G:\\\n"));
+    // Installing DirectX from [Folders] DirectXCurrent, or on Windows 95 from [Folders]
+    // DirectX; null: the key is missing. The setup library reports DirectX missing.
+    auto directX = [](bool windows95, const char* current, const char* old)
+    {
+        return [=](Product& p)
+        {
+            current ? p.ini.Set("Folders", "DirectXCurrent", current)
+                    : p.ini.Remove("Folders", "DirectXCurrent");
+            if (old) p.ini.Set("Folders", "DirectX", old);
+            p.Make();
+            WriteTextFile(Join(p.folder, "Install\\setup.ini"),
+                          p.ini.Text() +
+                              "[VokSetupTest]\r\nDirectXState=2\r\nDirectXInstall=0\r\n");
+            MakeFolders(Join(p.folder, "DirectX"));
+            MakeFolders(Join(p.folder, "DX95"));
+            demo::MarkInstalled(p.ini, p.folder);
+            if (windows95)
+                RegSetKeyValueA(HKEY_CURRENT_USER, kLauncherSettings, "Version", REG_SZ, "win95",
+                                6);
+        };
+    };
+    const ::Box offer = {"Tarn",
+                         "Tarn needs DirectX 7.0 or later, which is not installed on this "
+                         "computer.\n\nDo you want to install DirectX now?",
+                         MB_YESNO | MB_ICONQUESTION};
+    const ::Box noSound = {"Tarn",
+                           "No working sound device was found.\n\nDo you want to play without "
+                           "sound?",
+                           MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2};
+    rows.push_back(
+        Row("directx: current folder missing", directX(false, nullptr, "DX95"), "-I", "")
+            .Box(offer, IDYES)
+            .Box(Fatal("GetIniString(SCT_FOLDERS,VAL_DIRECTX_CURRENT,strDirectX)", kLfx, 1181),
+                 IDCANCEL));
+    rows.push_back(
+        Row("directx: Windows 95 folder missing", directX(true, "DirectX", nullptr), "-I", "")
+            .Box(offer, IDYES)
+            .Box(Fatal("GetIniString(SCT_FOLDERS,VAL_DIRECTX,strDirectX)", kLfx, 1198), IDCANCEL));
+    // Windows 95 installs from DX95 although DirectXCurrent names no folder, and goes on to
+    // the checks before the game.
+    rows.push_back(Row("directx: Windows 95 folder", directX(true, "Missing", "DX95"), "-I", "")
+                       .Box(offer, IDYES)
+                       .Box(noSound, IDNO)
+                       .Box(noSound, IDNO));
+    rows.push_back(Row("directx: other Windows, current folder",
+                       directX(false, "DirectX", "Missing"), "-I", "")
+                       .Box(offer, IDYES)
+                       .Box(noSound, IDNO)
+                       .Box(noSound, IDNO));
     int ran = 0;
     for (const Row& row : rows)
     {
-        if (std::string(row.name).rfind(group + ": ", 0) != 0) continue;
+        std::string name = row.name;
+        if (std::none_of(std::begin(kGroups), std::end(kGroups),
+                         [&](const char* g) { return name.rfind(std::string(g) + ": ", 0) == 0; }))
+            ADD_FAILURE() << row.name << ": in no group, so it never runs";
+        if (name.rfind(group + ": ", 0) != 0) continue;
         ++ran;
         SCOPED_TRACE(row.name);
         Product p("row");
@@ -432,14 +531,14 @@ void RunRows(const std::string& group)
             else
                 EXPECT_TRUE(HasLine(r, fill(line))) << line;
         // A fatal condition ends the process at once; every other start ends in order.
-        bool fatalBox = !row.boxes.empty() && row.boxes[0].title == kGuru;
+        bool fatalBox = std::any_of(row.boxes.begin(), row.boxes.end(),
+                                    [](const ::Box& b) { return b.title == kGuru; });
         EXPECT_EQ(HasLine(r, "LfxMain: Destruction completed."), !fatalBox);
-        std::string record = Join(p.installed, "Launcher.exe.log");
         if (row.recorded != "-")
         {
-            for (int i = 0; i < 100 && !row.recorded.empty() && ReadTextFile(record).empty(); ++i)
+            for (int i = 0; i < 100 && !row.recorded.empty() && ReadTextFile(p.record).empty(); ++i)
                 Sleep(50);
-            EXPECT_EQ(ReadTextFile(record), fill(row.recorded));
+            EXPECT_EQ(ReadTextFile(p.record), fill(row.recorded));
         }
     }
     EXPECT_GT(ran, 0);
@@ -463,6 +562,14 @@ TEST(LauncherRuns, OneAtATimeAndNoneWhileTheGameRuns)
 TEST(LauncherRuns, FatalConditionsShowTheAssertionBox)
 {
     RunRows("fatal");
+}
+TEST(LauncherRuns, TheDiscLabelMustBeginWithTheConfiguredLabel)
+{
+    RunRows("media");
+}
+TEST(LauncherRuns, TheDirectXFolderOnTheMediaAndOnWindows95)
+{
+    RunRows("directx");
 }
 
 TEST(LauncherSingleInstance, TwentyLaunchersAtOnceLeaveOne)
