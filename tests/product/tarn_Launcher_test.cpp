@@ -104,28 +104,6 @@ TEST(TarnLaunch, PreparingALaunchSetsTheFoldersWhateverTheAnswer)
     SetCurrentDirectoryA(ExeFolder().c_str());
 }
 
-TEST(TarnWindow, TheWindowStandsInTheDesktopsMiddleRoundedDown)
-{
-    struct Case
-    {
-        LONG right, bottom;
-        int32_t width, height;
-        LONG x, y;
-    };
-    const Case cases[] = {
-        {1280, 1024, 500, 470, 390, 277},
-        {800, 600, 801, 600, -1, 0}, // narrower than the window: towards minus infinity
-        {800, 600, 803, 605, -2, -3},
-        {501, 31, 500, 30, 0, 0},
-    };
-    for (const Case& c : cases)
-    {
-        POINT p = CTarnLauncher::CentredPosition(RECT{0, 0, c.right, c.bottom}, c.width, c.height);
-        EXPECT_EQ(p.x, c.x) << c.right << " x " << c.bottom;
-        EXPECT_EQ(p.y, c.y) << c.right << " x " << c.bottom;
-    }
-}
-
 TEST(TarnWindow, TitleButtonHoverAreasLeaveTheirEdgesOut)
 {
     struct Case

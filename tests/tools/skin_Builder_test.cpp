@@ -122,21 +122,6 @@ TEST(SkinRegion, RowsOfRunsBecomeBandsOfRectangles)
         EXPECT_EQ(RegionOf(c.rows), c.expected) << c.name;
 }
 
-TEST(SkinRegion, TheDataBlockHasTheSystemsLayout)
-{
-    std::vector<uint8_t> b = EncodeRegionData({{1, 0, 3, 2}, {0, 2, 4, 3}});
-    ASSERT_EQ(b.size(), 32u + 32u);
-    EXPECT_EQ(std::vector<uint32_t>({Word(b, 0), Word(b, 4), Word(b, 8), Word(b, 12), Word(b, 16),
-                                     Word(b, 20), Word(b, 24), Word(b, 28)}),
-              std::vector<uint32_t>({32, 1, 2, 32, 0, 0, 4, 3}));
-    EXPECT_EQ(Word(b, 32), 1u);
-    EXPECT_EQ(Word(b, 60), 3u);
-    std::vector<uint8_t> empty = EncodeRegionData({});
-    ASSERT_EQ(empty.size(), 32u);
-    EXPECT_EQ(Word(empty, 8), 0u);
-    EXPECT_EQ(Word(empty, 24), 0u);
-}
-
 TEST(SkinBuilder, TheLaunchersReadersGiveBackTheArt)
 {
     Folders f("roundtrip");

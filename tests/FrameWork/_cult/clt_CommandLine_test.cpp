@@ -54,10 +54,3 @@ TEST(CltCommandLine, LongNamesAndValuesAreCutAt1023)
     EXPECT_EQ(clt_ParseCommandLine(text.c_str()), 1);
     EXPECT_EQ((*scope.env)[std::string(1023, 'N').c_str()].length(), 1023u);
 }
-
-TEST(CltCommandLine, WithoutEnvironmentNothingIsRead)
-{
-    TestScope scope(false);
-    EXPECT_EQ(clt_ParseCommandLine("garbage"), 1);
-    EXPECT_TRUE(scope.sink->texts.empty());
-}

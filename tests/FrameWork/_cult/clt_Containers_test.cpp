@@ -45,20 +45,6 @@ TEST(CltIndexList, GrowsBy256KeepsIndicesAndReusesFreedSlots)
     EXPECT_EQ(list.Prev(index[151]), index[150]);
 }
 
-TEST(CltIndexList, StackAtTheHead)
-{
-    CltIndexList<const char*> stack;
-    stack.PushFront("LAUNCH");
-    stack.PushFront("HELP");
-    stack.PushFront("LAUNCH");
-    EXPECT_EQ(Walk(stack), (std::vector<const char*>{"LAUNCH", "HELP", "LAUNCH"}));
-    stack.Remove(stack.Head());
-    stack.Remove(stack.Head());
-    stack.Remove(stack.Head());
-    EXPECT_TRUE(stack.IsEmpty());
-    EXPECT_EQ(stack.Tail(), -1);
-}
-
 TEST(CltHashMap, IteratesBucketsInOrderAndKeysInInsertionOrder)
 {
     using Map = CltHashMap<CltString, CltString, CltStringKeyTraits>;
@@ -108,18 +94,4 @@ TEST(CltHashMap, HashTakesBytesAsSigned)
     CltGuid a = {{1, 2, 3, 4, 5}}, b = {{1, 2, 3, 4, 6}};
     EXPECT_EQ(CltGuidKeyTraits::Hash(a), CltGuidKeyTraits::Hash(b));
     EXPECT_FALSE(CltGuidKeyTraits::Equal(a, b));
-}
-
-TEST(CltRect, EdgesCountAsInside)
-{
-    CltRect r(0, 0, 10, 10);
-    EXPECT_TRUE(r.Contains(10, 10));
-    EXPECT_TRUE(r.Contains(0, 0));
-    EXPECT_FALSE(r.Contains(11, 5));
-    EXPECT_FALSE(r.Contains(5, -1));
-    EXPECT_EQ(r.Width(), 10);
-    r.Offset(5, -2);
-    EXPECT_FALSE(r != CltRect(5, -2, 15, 8));
-    EXPECT_TRUE(CltRect(3, 4, 3, 4).IsEmpty());
-    EXPECT_FALSE(CltRect(3, 4, 3, 5).IsEmpty());
 }

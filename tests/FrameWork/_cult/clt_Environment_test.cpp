@@ -35,21 +35,6 @@ TEST(CltEnvironment, MissingNamesReadTheUndefinedText)
     EXPECT_EQ(env.Has("__UNDEFINED", 1), 1);
 }
 
-TEST(CltEnvironment, DumpListsBucketsInOrderThenInsertionOrder)
-{
-    TestScope scope;
-    CltString dump;
-    EXPECT_STREQ(scope.env->Dump(dump).c_str(), "__UNDEFINED: [Undefined]\n");
-
-    // Keys are stored upper-cased ("Ab" as "AB"). Buckets: X 88, AB 163, BA 195,
-    // __UNDEFINED 720.
-    scope.env->Set("ba", "1", false);
-    scope.env->Set("Ab", "", false);
-    scope.env->Set("X", "x", false);  // 'X' = 88
-    scope.env->Set("ba", "2", false); // replaced in place
-    EXPECT_STREQ(scope.env->Dump(dump).c_str(), "X: x\nAB: \nBA: 2\n__UNDEFINED: [Undefined]\n");
-}
-
 TEST(CltEnvironment, ExpandReplacesReferences)
 {
     TestScope scope;

@@ -7,25 +7,6 @@
 #include <cstdio>
 #include <string>
 
-TEST(CltFileStream, ModeWords)
-{
-    struct Case
-    {
-        uint32_t mode;
-        const char* text; // null: the open fails
-    } cases[] = {{0x201, "rb"}, {1, "rb"},      {2, "wb"},     {6, "ab"},        {3, "w+b"},
-                 {7, "r+b"},    {0x103, "w+t"}, {0x101, "rt"}, {0x100, nullptr}, {4, nullptr}};
-    for (const Case& c : cases)
-    {
-        char text[4];
-        const char* got = CltFileStream::ModeText(c.mode, text);
-        if (c.text)
-            EXPECT_STREQ(got, c.text) << std::hex << c.mode;
-        else
-            EXPECT_EQ(got, nullptr) << std::hex << c.mode;
-    }
-}
-
 TEST(CltFileStream, WritesReadsAndSeeksFromTheEnd)
 {
     std::string path = testing::TempDir() + "clt_filestream.bin";

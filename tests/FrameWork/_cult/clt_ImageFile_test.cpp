@@ -70,29 +70,6 @@ void ExpectStreamDiscipline(const char* what)
 }
 } // namespace
 
-TEST(CltComponentRegistry, FindsComponentsByIdAndCategory)
-{
-    uint32_t count = 0;
-    CltComponent** readers = g_ComponentRegistry.ListCategory(CLTCAT_ImageReader, &count);
-    ASSERT_EQ(count, 2u);
-    EXPECT_EQ(readers[0], g_ComponentRegistry.Find(CLTID_BmpReader));
-    EXPECT_EQ(readers[1], g_ComponentRegistry.Find(CLTID_TgaReader));
-    EXPECT_EQ(readers[2], nullptr);
-    delete[] readers;
-    readers = g_ComponentRegistry.ListCategory(CLTID_BmpReader, &count); // not a category
-    EXPECT_EQ(count, 0u);
-    delete[] readers;
-
-    void* made = nullptr;
-    EXPECT_FALSE(g_ComponentRegistry.CreateInstance(CLTCAT_FileStream, CLTID_MemoryBlock, &made));
-    EXPECT_EQ(made, nullptr);
-    EXPECT_FALSE(g_ComponentRegistry.CreateInstance(CLTCAT_ImageReader, CLTID_TgaReader, &made));
-    ASSERT_TRUE(g_ComponentRegistry.CreateInstance(CLTCAT_MemoryBlock, CLTID_MemoryBlock, &made));
-    static_cast<CltMemoryBlock*>(made)->Release();
-    ASSERT_TRUE(g_ComponentRegistry.CreateInstance(CLTCAT_FileStream, CLTID_FileStream, &made));
-    static_cast<CltFileStream*>(made)->Release();
-}
-
 TEST(LoadImageFile, ChoosesTheReaderByExtension)
 {
     const Bytes tga = TgaHeader(2, 1, 1, 24, 0x20) + Bytes{1, 2, 3};
@@ -248,23 +225,4 @@ TEST(ReadWholeFile, ReturnsTheBytesAndTwoZeros)
     EXPECT_EQ(ReadWholeFile(memstream::Id(), "missing.rgn"), nullptr);
     EXPECT_EQ(memstream::Current().releases, 1);
     EXPECT_EQ(ReadWholeFile(CLTID_FileStream, "no such folder/none.rgn"), nullptr);
-}
-
-TEST(RegionData, SizeFollowsTheRectangleCount)
-{
-    struct Case
-    {
-        uint32_t count, fileSize, expected;
-    } cases[] = {
-        {0, 32, 32}, {1, 48, 48},          {1, 47, 0},          {2, 100, 64},
-        {0, 31, 0},  {0xFFFFFFFF, 200, 0}, {0x10000000, 64, 0},
-    };
-    for (const Case& c : cases)
-    {
-        Bytes data(std::max<uint32_t>(c.fileSize, 12), 0);
-        memcpy(&data[8], &c.count, 4);
-        EXPECT_EQ(clt_GetRegionDataSize(data.data(), c.fileSize), c.expected)
-            << c.count << " " << c.fileSize;
-    }
-    EXPECT_EQ(clt_GetRegionDataSize(nullptr, 64), 0u);
 }

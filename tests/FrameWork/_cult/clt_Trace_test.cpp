@@ -5,16 +5,6 @@
 
 #include <cstring>
 
-TEST(CltTrace, WithoutSinkNothingIsFormatted)
-{
-    TestScope scope;
-    clt_Trace("marker %d", 1);
-    std::string before = clt_GetTraceBuffer();
-    clt_GetState()->m_pTraceSink = nullptr;
-    clt_Trace("other %d", 2);
-    EXPECT_EQ(clt_GetTraceBuffer(), before);
-}
-
 TEST(CltTrace, TheLastSinkConstructedReceivesEverything)
 {
     TestScope scope;

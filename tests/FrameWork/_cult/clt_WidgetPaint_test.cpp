@@ -33,90 +33,6 @@ HINSTANCE Instance()
     return instance;
 }
 
-// ---- window base -----------------------------------------------------------------------
-
-class RecordingWindow : public CltWindow
-{
-  public:
-    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
-    {
-        messages.push_back(message);
-        if (message == WM_NCCREATE) handleAtCreate = m_hWnd;
-        return CltWindow::WindowProc(message, wParam, lParam);
-    }
-    LRESULT DrawItem(DRAWITEMSTRUCT*) override { return 42; }
-    std::vector<UINT> messages;
-    HWND handleAtCreate = nullptr;
-};
-
-TEST(CltWindow, ClassNamesAreGeneratedAndRegisteredOnce)
-{
-    unsigned instance = unsigned(uintptr_t(Instance()));
-    HCURSOR arrow = LoadCursorA(nullptr, IDC_ARROW);
-    char expected[128];
-    CltString a, b;
-    EXPECT_TRUE(clt_RegisterWindowClass(a, 0x2B, nullptr, nullptr, nullptr));
-    EXPECT_TRUE(clt_RegisterWindowClass(b, 0x2B, nullptr, nullptr, nullptr));
-    sprintf(expected, "CltWin:%x:2b", instance);
-    EXPECT_STREQ(a.c_str(), expected);
-    EXPECT_STREQ(b.c_str(), expected);
-    CltString c;
-    EXPECT_TRUE(clt_RegisterWindowClass(c, CS_DBLCLKS, arrow, nullptr, nullptr));
-    sprintf(expected, "CltWin:%x:8:%x:0:0", instance, unsigned(uintptr_t(arrow)));
-    EXPECT_STREQ(c.c_str(), expected);
-    WNDCLASSA wc;
-    ASSERT_TRUE(GetClassInfoA(Instance(), c.c_str(), &wc));
-    EXPECT_EQ(wc.lpfnWndProc, clt_WindowProc);
-    EXPECT_EQ(wc.style, UINT(CS_DBLCLKS));
-    EXPECT_EQ(wc.cbClsExtra, 0);
-    EXPECT_EQ(wc.cbWndExtra, 0);
-}
-
-TEST(CltWindow, MessagesReachTheObjectFromNcCreateUntilDestroy)
-{
-    Instance();
-    CltString cls;
-    ASSERT_TRUE(clt_RegisterWindowClass(cls, CS_DBLCLKS, nullptr, nullptr, nullptr));
-    RecordingWindow w;
-    ASSERT_TRUE(w.Create(nullptr, WS_POPUP | WS_SYSMENU, 0, cls.c_str()));
-    HWND hwnd = w.Handle();
-    ASSERT_NE(hwnd, nullptr);
-    EXPECT_EQ(w.handleAtCreate, hwnd);
-    ASSERT_FALSE(w.messages.empty());
-    EXPECT_EQ(w.messages[0], UINT(WM_NCCREATE)); // WM_GETMINMAXINFO before it is not ours
-    EXPECT_TRUE(IsWindowVisible(hwnd));
-    EXPECT_EQ(clt_WindowFromHandle(hwnd), &w);
-    DestroyWindow(hwnd);
-    EXPECT_EQ(w.Handle(), nullptr);
-    EXPECT_EQ(w.WindowProc(WM_USER, 0, 0), 0);
-
-    RecordingWindow unused;
-    EXPECT_FALSE(unused.Create(nullptr, WS_POPUP, 0, "NoSuchClass"));
-    EXPECT_EQ(unused.Handle(), nullptr);
-}
-
-TEST(CltWindow, DrawItemGoesToTheChildsObject)
-{
-    Instance();
-    CltString cls;
-    ASSERT_TRUE(clt_RegisterWindowClass(cls, 0, nullptr, nullptr, nullptr));
-    RecordingWindow parent, child;
-    ASSERT_TRUE(parent.Create(nullptr, WS_POPUP, 0, cls.c_str()));
-    ASSERT_TRUE(child.Create(&parent, WS_CHILD, 0, cls.c_str()));
-    HWND plain = CreateWindowA("STATIC", "", WS_CHILD, 0, 0, 1, 1, parent.Handle(), nullptr,
-                               nullptr, nullptr);
-    DRAWITEMSTRUCT item = {};
-    item.hwndItem = child.Handle();
-    parent.messages.clear();
-    EXPECT_EQ(SendMessageA(parent.Handle(), WM_DRAWITEM, 0, LPARAM(&item)), 42);
-    EXPECT_TRUE(parent.messages.empty());
-    item.hwndItem = plain; // no object: an ordinary message of the parent
-    SendMessageA(parent.Handle(), WM_DRAWITEM, 0, LPARAM(&item));
-    ASSERT_EQ(parent.messages.size(), 1u);
-    EXPECT_EQ(parent.messages[0], UINT(WM_DRAWITEM));
-    DestroyWindow(parent.Handle());
-}
-
 // ---- pixels ----------------------------------------------------------------------------
 
 uint32_t Pixel(const CltImage& image, int32_t x, int32_t y)
@@ -266,39 +182,6 @@ TEST_F(PaintedTree, TextButtonStatesFollowTheBlendFormulas)
     DeleteObject(font);
 }
 
-TEST_F(PaintedTree, ImageButtonLeavesOutEveryKeyColouredPixel)
-{
-    const uint32_t key = 0xFFFF00FF, face = 0xFF40C040;
-    CltImageRef picture;
-    ASSERT_TRUE(picture.Create(29, 23, OriginTopLeft));
-    CltDibImage& image = *picture.Image();
-    for (int32_t y = 0; y < 23; ++y)
-        for (int32_t x = 0; x < 29; ++x)
-        {
-            bool edge = x < 2 || y < 2 || x > 26 || y > 20;
-            bool hole = (x - 14) * (x - 14) + (y - 11) * (y - 11) < 16; // magenta inside
-            SetPixel32(image, x, y, edge || hole ? key : face + uint32_t(x));
-        }
-    auto* button = static_cast<CltImageButton*>(
-        panel->CreateChild(g_ImageButtonFactory, CltRect(), V, 0xE000));
-    ASSERT_NE(button, nullptr);
-    button->SetImage(picture, CltCell(), CltCell(), CltCell());
-    button->MoveTo(465, 0);
-    EXPECT_EQ(button->Rect(), CltRect(465, 0, 494, 23));
-    Paint(CltRect(460, 0, 500, 30));
-    for (int32_t y = 0; y < 30; ++y)
-        for (int32_t x = 460; x < 500; ++x)
-        {
-            uint32_t expected = kBackground;
-            if (x >= 465 && x < 494 && y < 23)
-            {
-                uint32_t src = Pixel(image, x - 465, y);
-                if (src != key) expected = src & 0xFFFFFF;
-            }
-            ASSERT_EQ(At(x, y), expected) << x << "," << y;
-        }
-}
-
 TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
 {
     HFONT font = MakeWidgetFont("Arial Bold", -15);
@@ -348,27 +231,6 @@ TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
     for (int32_t x = 0; x < 500; ++x)
         ASSERT_EQ(At(x, 12), Pixel(*caption.Image(), x, 12) & 0xFFFFFF) << x;
     DeleteObject(font);
-}
-
-TEST_F(PaintedTree, MissingImagesDrawNothing)
-{
-    CltImageRef none;
-    EXPECT_FALSE(none.LoadFile("Z:\\no\\such\\file.tga"));
-    EXPECT_TRUE(none.IsEmpty());
-    auto* button = static_cast<CltImageButton*>(
-        panel->CreateChild(g_ImageButtonFactory, CltRect(), V, 0xE000));
-    button->SetImage(none, CltCell(), CltCell(), CltCell());
-    button->MoveTo(465, 0);
-    auto* text = static_cast<CltTextButton*>(
-        panel->CreateChild(g_TextButtonFactory, CltRect(194, 200, 0, 0), V | F, 101));
-    text->SetContent(nullptr, "Play", nullptr, nullptr, nullptr);
-    auto* bar = static_cast<CltCaptionBar*>(
-        panel->CreateChild(g_CaptionBarFactory, CltRect(0, 0, 500, 30), V, 0xE003));
-    bar->SetContent(none, "", nullptr);
-    Paint(CltRect(0, 0, 500, 400));
-    for (int32_t y = 0; y < 400; y += 7)
-        for (int32_t x = 0; x < 500; x += 7)
-            ASSERT_EQ(At(x, y), kBackground) << x << "," << y;
 }
 
 // ---- handles ---------------------------------------------------------------------------

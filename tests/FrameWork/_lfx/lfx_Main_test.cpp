@@ -112,22 +112,6 @@ TEST(LfxMainPages, LanguageChoosesOnePagePerName)
     }
 }
 
-TEST(LfxMainPages, AttachedPagesAreListedInTheVersionText)
-{
-    FakePage install("INSTALL", ""), launch("LAUNCH", ""), launchInt("LAUNCH", "INT");
-    Register({&install, &launch, &launchInt});
-    g_Env.Set("Language", "INT", false);
-    g_LfxMain.PreInitializePages();
-    EXPECT_STREQ(g_LfxMain.m_strVersion.c_str(), "v\n\nPages:\n\tLAUNCH\tINT\n\tINSTALL\t\n");
-    EXPECT_EQ(g_events, (std::vector<std::string>{"attach LAUNCH/INT", "attach INSTALL/"}));
-    EXPECT_EQ(install.m_pMain, &g_LfxMain);
-    EXPECT_EQ(install.m_pLauncher, &g_launcher);
-
-    Register({});
-    g_LfxMain.PreInitializePages();
-    EXPECT_STREQ(g_LfxMain.m_strVersion.c_str(), "v\n"); // no page: nothing appended
-}
-
 TEST(LfxMainPages, ShowPageAndGoBackKeepAStack)
 {
     FakePage launch("LAUNCH", ""), help("HELP", "");

@@ -181,15 +181,3 @@ TEST(ButtonPage, AListLongerThanNineEntriesShowsNine)
     EXPECT_EQ(s.Buttons().back()[0], 109);
     EXPECT_EQ(page.ButtonCount(), 9u);
 }
-
-TEST(ButtonPage, WithoutASurfaceNothingIsMadeAndCommandsAreNotRun)
-{
-    RecordingPage page(Entries(2));
-    LfxLauncher bare;
-    page.m_pLauncher = &bare;
-    EXPECT_EQ(page.Show(), 1);
-    EXPECT_EQ(page.titles, 0);
-    EXPECT_EQ(page.HandleMessage(WM_COMMAND, 101, 0), 1);
-    EXPECT_TRUE(page.commands.empty());
-    EXPECT_EQ(page.Hide(true), 0);
-}
