@@ -1,5 +1,5 @@
 // Harness for running the real programs under Wine (or Windows) as a user would; used by
-// the tests and by TraceRun.
+// the tests and their probes.
 //
 // RunProgram starts a program as a debuggee, so that every text it sends to
 // OutputDebugStringA arrives byte-exact and in order, waits for its end with a time-out,
@@ -9,6 +9,7 @@
 
 #include <windows.h>
 
+#include "tools/TraceRun/trace_Debuggee.h"
 #include "tools/TraceWin/trace_Records.h"
 
 #include <functional>
@@ -32,33 +33,21 @@ struct MessageBoxRecord
     bool scripted = true; // false when the script had no answer left
 };
 
-struct RunOptions
+// A program run as a debuggee (its trace) whose message boxes are read and answered.
+struct RunOptions : trace::DebuggeeOptions
 {
-    std::string program;           // full path of the executable
-    std::string arguments;         // the text after the program's quoted path
-    std::string workingFolder;     // empty: the caller's current folder
     std::vector<int> answers;      // button ids, one per expected message box, in order
-    DWORD timeoutMs = 30000;       // INFINITE: no time-out
     bool leaveBoxesToUser = false; // true: boxes are neither read nor clicked
     // true: the program's own windows (classes "CltWin:...") are asked to close once seen,
     // so that a launcher that opens its window ends like one closed by the user.
     bool closeWindows = true;
-    std::function<void(const std::string&)> onTrace; // called as each text arrives
     // Called with each box as read, before its button is clicked (on the watcher thread).
     std::function<void(const MessageBoxRecord&)> onBox;
 };
 
-struct RunResult
+struct RunResult : trace::DebuggeeResult
 {
-    bool started = false;
-    bool timedOut = false;
-    DWORD exitCode = 0xFFFFFFFF;
-    DWORD processId = 0;
-    std::vector<std::string> traces; // each OutputDebugStringA text, without terminator
     std::vector<MessageBoxRecord> boxes;
-    std::string error;
-
-    std::string JoinedTrace() const;
 };
 
 RunResult RunProgram(const RunOptions& options);

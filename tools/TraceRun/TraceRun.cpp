@@ -4,7 +4,7 @@
 //
 // Usage: TraceRun.exe [/out:FILE] PROGRAM.exe [ARGUMENTS...]
 //   /out:FILE  also writes the texts to FILE
-#include "harness/wine_Harness.h"
+#include "tools/TraceRun/trace_Debuggee.h"
 
 #include <windows.h>
 
@@ -50,7 +50,7 @@ int main(int argc, char** argv)
     char full[MAX_PATH] = {};
     GetFullPathNameA(argv[first], MAX_PATH, full, nullptr);
 
-    harness::RunOptions run;
+    trace::DebuggeeOptions run;
     run.program = full;
     // The program's arguments are passed on exactly as they were written.
     const char* rest = SkipToken(GetCommandLineA());
@@ -58,7 +58,6 @@ int main(int argc, char** argv)
         rest = SkipToken(rest);
     run.arguments = rest;
     run.timeoutMs = INFINITE;
-    run.leaveBoxesToUser = true;
     run.onTrace = [out](const std::string& text)
     {
         fwrite(text.data(), 1, text.size(), stdout);
@@ -69,7 +68,7 @@ int main(int argc, char** argv)
             fflush(out);
         }
     };
-    harness::RunResult result = harness::RunProgram(run);
+    trace::DebuggeeResult result = trace::RunDebuggee(run);
     if (out) fclose(out);
     if (!result.started)
     {
