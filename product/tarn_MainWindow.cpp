@@ -151,8 +151,11 @@ int CTarnLauncher::DestroyMainWindow()
     return 1;
 }
 
-// Every message goes to the widget tree first; what the window does not handle itself
-// belongs to the current page, or without one to the default procedure.
+// Every message goes to the widget tree first. The page answers the keys and commands it
+// is given; every other message the window does not handle goes to the system's default
+// procedure, page or no page. (A page that answered every message with 1 would leave
+// Alt+F4 and the taskbar's Close without effect, answer 1 for the window's icon and to a
+// screen reader's request for its object, and keep the system from setting the cursor.)
 LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (m_pRoot) m_pRoot->HandleMessage(message, wParam, lParam);
@@ -163,12 +166,13 @@ LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_ACTIVATE: return OnActivate(wParam);
     case WM_PAINT: return OnPaintMessage();
     case WM_CLOSE: return CloseSequence();
+    case WM_ENDSESSION: return wParam ? CloseSequence() : 0;
     case WM_KEYDOWN: return OnKeyDown(wParam, lParam);
     case WM_COMMAND: return OnCommand(wParam, lParam);
     case WM_MOUSEMOVE: return OnMouseMove(lParam);
     case WM_LBUTTONDOWN: return OnLButtonDown(lParam);
     case WM_LBUTTONDBLCLK: return OnLButtonDblClk();
-    default: return ToCurrentPage(message, wParam, lParam);
+    default: return CltWindow::WindowProc(message, wParam, lParam);
     }
 }
 

@@ -11,6 +11,12 @@
 //   region    prints "count left top right bottom" of the window's region, or "none"
 //   shot FILE writes the screen under the window's rectangle, as the system reads it back
 //             (through the palette on a display of 8 bits per pixel), as a 24-bit BMP
+//   close     asks the window to close as the taskbar's "Close window" does
+//   endsession
+//             prints the window's answer to "may the session end?", then tells it that it
+//             ends, as Windows does at a log-off
+//   icons     prints what the window answers for its big, small and small-2 icons: "icon"
+//             for a real icon, 0 for none (the class icon is shown), else "bad"
 // Exit code 0 when the window was found, 1 when not, 2 on usage.
 #include "harness/wine_Harness.h"
 
@@ -64,7 +70,8 @@ int main(int argc, char** argv)
 {
     if (argc != 3 && !(argc == 4 && !strcmp(argv[2], "shot")))
     {
-        fprintf(stderr, "usage: WinProbe.exe TEXT rect|iconic|visible|activate|region|shot FILE\n");
+        fprintf(stderr, "usage: WinProbe.exe TEXT "
+                        "rect|iconic|visible|activate|region|close|endsession|icons|shot FILE\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
@@ -109,6 +116,26 @@ int main(int argc, char** argv)
         }
         DeleteObject(region);
     }
+    else if (!strcmp(command, "close"))
+        PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0);
+    else if (!strcmp(command, "endsession"))
+    {
+        DWORD_PTR answer = 0;
+        SendMessageTimeoutA(w, WM_QUERYENDSESSION, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer);
+        printf("%lu\n", static_cast<unsigned long>(answer));
+        fflush(stdout);
+        SendMessageTimeoutA(w, WM_ENDSESSION, TRUE, 0, SMTO_ABORTIFHUNG, 5000, nullptr);
+    }
+    else if (!strcmp(command, "icons"))
+        for (WPARAM kind : {ICON_BIG, ICON_SMALL, ICON_SMALL2})
+        {
+            DWORD_PTR icon = 0;
+            SendMessageTimeoutA(w, WM_GETICON, kind, 0, SMTO_ABORTIFHUNG, 5000, &icon);
+            ICONINFO info;
+            bool real = icon && GetIconInfo(reinterpret_cast<HICON>(icon), &info);
+            if (real) DeleteObject(info.hbmColor), DeleteObject(info.hbmMask);
+            printf(kind == ICON_SMALL2 ? "%s\n" : "%s ", real ? "icon" : icon ? "bad" : "0");
+        }
     else
         return 2;
     fflush(stdout);

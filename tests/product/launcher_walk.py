@@ -610,6 +610,17 @@ ROWS = [
     ("uninstall requested: no page, Alt+F4", {"installed": True}, {"args": ["-UNINSTALL"]}, [
         ("trace", "LfxMain: m_dwState is [3]"), ("bare",), ("key", "alt+F4"), ("ends",),
         ("no page",)]),
+    # Closing as on any window: Alt+F4 and the taskbar's Close while a page shows, and the
+    # end of the session, close the launcher as its close button does (the help viewer asked
+    # to quit, the opening sound stopped); asked for its icons, the window names none of its
+    # own (0, never a handle that is no icon), so the taskbar shows the class's.
+    ("closing: Alt+F4 on a page", {"sounds": {"OPEN": (330, 60)}}, {"sound": True, "help": True}, [
+        ("shown", "INSTALL"), ("heard all", ["OPEN~"]), ("key", "alt+F4"), ("ends",),
+        ("heard all", ["OPEN~"]), ("file", "help.log", ["ready", "command=2 file={folder}\\Tarn.hlp"])]),
+    ("closing: the taskbar's Close, the icons", {"installed": True}, {}, [
+        ("shown", "LAUNCH"), ("probe", "icons", "0 0 0"), ("probe", "close", ""), ("ends",)]),
+    ("closing: the session ends", {}, {}, [
+        ("shown", "INSTALL"), ("probe", "endsession", "1"), ("ends",)]),
     # A click fires on a release over the pressed button, after wandering off and back.
     ("help and back by pointer", {}, {}, [
         ("shown", "INSTALL"), ("move", 1), ("down",), ("look", 1, "pressed"),
