@@ -62,11 +62,13 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
     LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
     LRESULT OnMouseMove(LPARAM lParam);
+    LRESULT OnMouseLeave();
     LRESULT OnLButtonDown(LPARAM lParam);
     LRESULT OnLButtonDblClk();
     LRESULT CloseSequence();
     LRESULT ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam);
     void ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x);
+    void ShowTitleHover(int32_t x, int32_t y);
     void ShowCaption(bool active);
     void CreateWidgets();
     void ApplyRegion();
@@ -88,7 +90,8 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     HFONT m_hCaptionFont = nullptr;
     HFONT m_hButtonFont = nullptr;
     HDRAWDIB m_hDrawDib = nullptr;
-    LfxPageSurface m_Surface; // the page buttons' surface and the focus memory
+    bool m_bLeaveTracked = false; // a WM_MOUSELEAVE is asked for
+    LfxPageSurface m_Surface;     // the page buttons' surface and the focus memory
 };
 
 extern CTarnLauncher g_TarnLauncher;

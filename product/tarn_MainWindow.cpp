@@ -170,6 +170,7 @@ LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_KEYDOWN: return OnKeyDown(wParam, lParam);
     case WM_COMMAND: return OnCommand(wParam, lParam);
     case WM_MOUSEMOVE: return OnMouseMove(lParam);
+    case WM_MOUSELEAVE: return OnMouseLeave();
     case WM_LBUTTONDOWN: return OnLButtonDown(lParam);
     case WM_LBUTTONDBLCLK: return OnLButtonDblClk();
     default: return CltWindow::WindowProc(message, wParam, lParam);
@@ -295,11 +296,29 @@ LRESULT CTarnLauncher::CloseSequence()
 }
 
 // The title buttons' images follow the pointer: the hover image once on entering, the
-// resting image on every move outside.
+// resting image on every move outside, and when the pointer leaves the window (without
+// that, a title button the pointer left the window from would stay lit).
 LRESULT CTarnLauncher::OnMouseMove(LPARAM lParam)
 {
-    if (!m_pMinimiseButton || !m_pCloseButton) return 0;
-    int32_t x = LOWORD(lParam), y = HIWORD(lParam);
+    if (!m_bLeaveTracked)
+    {
+        TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, m_hWnd, 0};
+        m_bLeaveTracked = TrackMouseEvent(&leave) != FALSE;
+    }
+    ShowTitleHover(int16_t(LOWORD(lParam)), int16_t(HIWORD(lParam)));
+    return 0;
+}
+
+LRESULT CTarnLauncher::OnMouseLeave()
+{
+    m_bLeaveTracked = false;
+    ShowTitleHover(-1, -1);
+    return 0;
+}
+
+void CTarnLauncher::ShowTitleHover(int32_t x, int32_t y)
+{
+    if (!m_pMinimiseButton || !m_pCloseButton) return;
     if (!OverMinimise(x, y))
     {
         g_bOverMinimise = false;
@@ -320,7 +339,6 @@ LRESULT CTarnLauncher::OnMouseMove(LPARAM lParam)
         g_bOverClose = true;
         ShowTitleImage(m_pCloseButton, m_Skin.ovrclose, kCloseX);
     }
-    return 0;
 }
 
 LRESULT CTarnLauncher::OnLButtonDown(LPARAM lParam)

@@ -742,7 +742,9 @@ ROWS = [
     ("the installed launcher", {"installed_copy": INSTALLED}, {}, [
         ("shown", "LAUNCH"), ("looks", focus(5, 0)), ("key", "Escape"), ("ends",)]),
     # A plain skin: every pixel as the formulas give it; the minimise button's images follow
-    # the pointer and the press, and after a minimise it is at rest wherever the pointer is.
+    # the pointer (also off the window; back on it a pixel aside, since re-entering where it
+    # left makes no move) and the press, and after a minimise it is at rest wherever the
+    # pointer is.
     ("plain skin", {"skin": plain_skin}, {"size": (500, 300), "park": (100, 100)}, [
         ("shown", "INSTALL"), ("probe", "rect", "390 362 890 662"),
         ("probe", "region", "2 0 0 500 300"), ("move", 100, 100),
@@ -752,7 +754,9 @@ ROWS = [
                     (197, 203): blend(FACE["focused.tga"], BG),
                     (197, 250): blend(FACE["unselect.tga"], BG),
                     (197, 297): blend(FACE["unselect.tga"], BG), (14, 11): ICON}),
-        ("move", 450, 12), ("pixels", {(452, 5): TITLE["ovrmin.tga"]}), ("down",),
+        ("move", 450, 12), ("pixels", {(452, 5): TITLE["ovrmin.tga"]}), ("away",),
+        ("pixels", {(452, 5): TITLE["minimize.tga"]}), ("move", 451, 12),
+        ("pixels", {(452, 5): TITLE["ovrmin.tga"]}), ("down",),
         ("pixels", {(452, 5): TITLE["selmin.tga"]}), ("move", 300, 100), ("up",),
         ("pixels", {(452, 5): TITLE["minimize.tga"]}), ("probe", "iconic", "0"),
         ("move", 1), ("down",), ("pixels", {(197, 250): blend(FACE["pressed.tga"], BG)}),
