@@ -128,12 +128,14 @@ void CTarnPage::Run(TarnCommand command)
         break;
     case C::SystemCheck:
     {
-        // The window steps aside while the system check runs.
+        // The window steps aside while the system check runs, and comes back active: shown
+        // alone, Windows' foreground lock may leave it behind the window last active.
         HWND window = static_cast<CTarnLauncher*>(m_pLauncher)->Handle();
         ClickWait(m_pMain);
         ShowWindow(window, SW_HIDE);
         m_pMain->RunSysCheck();
         ShowWindow(window, SW_SHOW);
+        SetForegroundWindow(window);
         break;
     }
     case C::ReadMe: ClickWait(m_pMain), m_pMain->OpenDocument("README"); break;

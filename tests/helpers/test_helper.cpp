@@ -3,8 +3,9 @@
 //
 // Without -HOLD it appends to "<its own path>.log" one line per run:
 //   args=<the command line after the program's own name>|cwd=<the current folder>
-// and ends with exit code 0; when "<path>.hold" exists, it first writes "<path>.ready" and
-// waits until "<path>.release" exists (at most 60 s).
+// and ends with exit code 0; when "<path>.hold" exists, it first opens a window that takes
+// the activation, writes "<path>.ready" and waits until "<path>.release" exists (at most
+// 60 s).
 // With -HOLD=NAME[,NAME...] it creates and holds those mutexes, writes "<path>.ready",
 // and waits as above.
 // With -LOAD=NAME it loads the library NAME the ordinary way (by name, searched for
@@ -42,7 +43,12 @@ void Hold(const std::string& self)
 {
     Touch(self + ".ready");
     for (int i = 0; i < 600 && !Exists(self + ".release"); ++i)
+    {
+        MSG msg;
+        while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageA(&msg);
         Sleep(100);
+    }
 }
 } // namespace
 
@@ -74,6 +80,14 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
         fprintf(log, "args=%s|cwd=%s\n", args, cwd);
         fclose(log);
     }
-    if (Exists(self + ".hold")) Hold(self);
+    if (Exists(self + ".hold"))
+    {
+        // A window of its own that takes the activation, as the programs it stands in for.
+        HWND window = CreateWindowExA(0, "STATIC", "Holding", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100,
+                                      nullptr, nullptr, nullptr, nullptr);
+        SetForegroundWindow(window);
+        Hold(self);
+        DestroyWindow(window);
+    }
     return 0;
 }

@@ -701,7 +701,8 @@ ROWS = [
         ("look", 2, "focused"), ("box", "Options", 7), ("key", "Escape"), ("shown", "LAUNCH"),
         ("no box", "Options"), ("never", "Uninstall.exe"), ("click", 3), ("shown", "OPTIONS"),
         ("click", 2), ("box", "Options", 6), ("ends",), ("runs", "Uninstall.exe", "args=|cwd=C:\\")]),
-    # The system check runs while the window stands aside; when it ends, the window is back.
+    # The system check runs while the window stands aside; when it ends, the window is back,
+    # and active.
     ("documents, web page and system check", {"installed": True}, {}, [
         ("shown", "LAUNCH"), ("click", 2), ("shown", "HELP"),
         ("click", 1), ("runs", "Install/Doc.exe", "args=README|cwd={data}"),
@@ -709,6 +710,7 @@ ROWS = [
         ("touch", "Install/Syscheck.exe.hold"), ("click", 0),
         ("file", "Install/Syscheck.exe.ready"), ("probe", "visible", "0"),
         ("touch", "Install/Syscheck.exe.release"), ("probe", "visible", "1"),
+        ("near", 300, 10, CAPTION_ACTIVE, 30),
         ("runs", "Install/Syscheck.exe", "args=|cwd={data}"), ("looks", focus(4, 0)),
         ("key", "Escape"), ("shown", "LAUNCH"), ("click", 3), ("shown", "OPTIONS"),
         ("click", 0), ("runs", "Install/Url.exe", "args=HOMEPAGE|cwd={data}"),
