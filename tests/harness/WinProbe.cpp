@@ -15,13 +15,17 @@
 //   endsession
 //             prints the window's answer to "may the session end?", then tells it that it
 //             ends, as Windows does at a log-off
+//   comctl    prints 6 when the window's process has loaded the common controls of version
+//             6 (its manifest asks for today's look), 5 for the plain library, 0 for none
 //   icons     prints what the window answers for its big, small and small-2 icons: "icon"
 //             for a real icon, 0 for none (the class icon is shown), else "bad"
 // Exit code 0 when the window was found, 1 when not, 2 on usage.
 #include "harness/wine_Harness.h"
 
 #include <windows.h>
+#include <psapi.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -63,6 +67,33 @@ bool SaveScreen(const RECT& r, const char* path)
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
     return written;
+}
+// 6 when the window's process has the common controls of version 6 loaded (from their
+// side-by-side assembly, as a manifest asks), 5 for the plain library, 0 for none. (Wine's
+// copies both carry the file version 5.81: the folder tells them apart.)
+unsigned long CommonControlsVersion(HWND w)
+{
+    DWORD pid = 0;
+    GetWindowThreadProcessId(w, &pid);
+    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
+    HMODULE modules[512];
+    DWORD bytes = 0;
+    unsigned long version = 0;
+    if (process && EnumProcessModules(process, modules, sizeof modules, &bytes))
+        for (DWORD i = 0; i < bytes / sizeof(HMODULE) && i < 512; ++i)
+        {
+            char path[MAX_PATH] = {};
+            GetModuleFileNameExA(process, modules[i], path, MAX_PATH);
+            CharLowerA(path);
+            const char* name = strrchr(path, '\\');
+            if (!name || strcmp(name + 1, "comctl32.dll")) continue;
+            version =
+                strstr(path, "\\winsxs\\") && strstr(path, "common-controls_6595b64144ccf1df_6.")
+                    ? 6
+                    : std::max(version, 5ul);
+        }
+    if (process) CloseHandle(process);
+    return version;
 }
 } // namespace
 
@@ -126,6 +157,8 @@ int main(int argc, char** argv)
         fflush(stdout);
         SendMessageTimeoutA(w, WM_ENDSESSION, TRUE, 0, SMTO_ABORTIFHUNG, 5000, nullptr);
     }
+    else if (!strcmp(command, "comctl"))
+        printf("%lu\n", CommonControlsVersion(w));
     else if (!strcmp(command, "icons"))
         for (WPARAM kind : {ICON_BIG, ICON_SMALL, ICON_SMALL2})
         {

@@ -599,8 +599,10 @@ ICON = tuple(reversed(make_icon.pixel(8, 4, 16)[:3]))
 
 # Each row: name, the product's settings, the launcher's settings, the steps.
 ROWS = [
+    # The system's message boxes in today's look: the launcher runs with common controls 6.
     ("first page: not installed", {}, {}, [
         ("shown", "INSTALL"), ("looks", focus(4, 0)), ("pixels", {(14, 11): ICON}),
+        ("probe", "comctl", "6"),
         ("save", "launcher_install"), ("key", "Escape"), ("closed", "INSTALL"), ("ends",)]),
     ("first page: installed", {"installed": True}, {}, [
         ("shown", "LAUNCH"), ("looks", focus(5, 0)), ("save", "launcher_launch"),
