@@ -54,9 +54,8 @@ struct Folders
         fs::path root = fs::temp_directory_path() / ("skin_test_" + std::string(name));
         fs::remove_all(root);
         art = root / "art";
-        skin = root / "skin";
+        skin = root / "skin" / "new"; // made by the builder, as on a publisher's first run
         fs::create_directories(art);
-        fs::create_directories(skin);
     }
     void Put(const char* name, const SkinPicture& p) const
     {
@@ -215,8 +214,17 @@ TEST(SkinBuilder, FaultyArtIsNamedAndNothingIsWritten)
         ASSERT_EQ(r.errors.size(), 1u) << c.name;
         std::string prefix = f.art.string() + "/" + c.error;
         EXPECT_EQ(r.errors[0].substr(0, prefix.size()), prefix) << c.name << ": " << r.errors[0];
-        EXPECT_TRUE(fs::is_empty(f.skin)) << c.name;
+        EXPECT_FALSE(fs::exists(f.skin)) << c.name;
     }
+    // A skin folder that cannot be made (a file stands where its parent would be).
+    Folders blocked("blocked");
+    blocked.PutAll();
+    ASSERT_TRUE(WriteFile(blocked.skin.parent_path().string(), {1}));
+    SkinReport r = blocked.Build();
+    ASSERT_EQ(r.errors.size(), 1u);
+    EXPECT_EQ(r.errors[0].rfind(blocked.skin.string() + ": cannot be created (", 0), 0u)
+        << r.errors[0];
+    EXPECT_TRUE(r.written.empty());
 }
 
 TEST(SkinBuilder, WarningsSayWhatAPlayerWouldSee)

@@ -6,6 +6,7 @@
 #include "skin_Region.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <utility>
 
 namespace
@@ -219,8 +220,12 @@ class Builder
                                    ", past the window's bottom edge");
     }
 
+    // The skin folder is made when it does not exist yet, as on a publisher's first run.
     void WriteAll()
     {
+        std::error_code failed;
+        std::filesystem::create_directories(m_o.skinDir, failed);
+        if (failed) return Error(m_o.skinDir, "cannot be created (" + failed.message() + ")");
         for (const auto& [name, bytes] : m_outputs)
         {
             std::string file = m_o.skinDir + "/" + name;
