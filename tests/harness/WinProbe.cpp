@@ -15,6 +15,8 @@
 //   endsession
 //             prints the window's answer to "may the session end?", then tells it that it
 //             ends, as Windows does at a log-off
+//   resources prints the GDI and USER objects of the window's process and its private
+//             bytes in KiB (its commit charge: Wine leaves PrivateUsage 0)
 //   comctl    prints 6 when the window's process has loaded the common controls of version
 //             6 (its manifest asks for today's look), 5 for the plain library, 0 for none
 //   icons     prints what the window answers for its big, small and small-2 icons: "icon"
@@ -156,6 +158,19 @@ int main(int argc, char** argv)
         printf("%lu\n", static_cast<unsigned long>(answer));
         fflush(stdout);
         SendMessageTimeoutA(w, WM_ENDSESSION, TRUE, 0, SMTO_ABORTIFHUNG, 5000, nullptr);
+    }
+    else if (!strcmp(command, "resources"))
+    {
+        DWORD pid = 0;
+        GetWindowThreadProcessId(w, &pid);
+        HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
+        PROCESS_MEMORY_COUNTERS_EX memory = {};
+        GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
+                             sizeof memory);
+        printf("%lu %lu %lu\n", GetGuiResources(process, GR_GDIOBJECTS),
+               GetGuiResources(process, GR_USEROBJECTS),
+               static_cast<unsigned long>(memory.PagefileUsage / 1024));
+        CloseHandle(process);
     }
     else if (!strcmp(command, "comctl"))
         printf("%lu\n", CommonControlsVersion(w));
