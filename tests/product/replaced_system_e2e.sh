@@ -21,10 +21,14 @@ status=0
 wineserver -p </dev/null >/dev/null 2>&1
 wine cmd /c exit </dev/null >/dev/null 2>&1
 
-wine "$exe" --gtest_color=no || fail "the replaced-library tests failed"
+# The programs' output goes to a file, printed after: a Wine service started again after
+# the restart would otherwise inherit the caller's output and keep it open after this script
+# has ended (ctest then waits for it until its time-out).
+wine "$exe" --gtest_color=no >"$throwaway/tests.out" 2>&1 || fail "the replaced-library tests failed"
+cat "$throwaway/tests.out"
 
 log=$throwaway/restart.log
-wine "$exe" --restart "$(winepath -w "$log")"
+wine "$exe" --restart "$(winepath -w "$log")" >"$throwaway/restart.out" 2>&1
 echo "restart driver ended with $? (it is ended by the restart)"
 # The restart ends the prefix's programs one by one: give them a moment.
 i=0
@@ -37,6 +41,7 @@ END
 diff "$throwaway/expected.log" "$log" || fail "the restart log differs from the expected one"
 if pgrep -f 'restart_sentinel.exe' >/dev/null; then fail "a program outlived the restart"; fi
 wineserver -k >/dev/null 2>&1
+wineserver -w >/dev/null 2>&1
 rm -rf "$throwaway"
 [ $status = 0 ] && echo "replaced_system_e2e: passed"
 exit $status
