@@ -1,3 +1,5 @@
+// Running a program as a debuggee (see trace_Debuggee.h).
+//
 // The debug loop runs on its own thread (the thread that creates a debuggee must be the
 // one that waits for its events), so that debug events are always drained while the
 // caller's thread does its own work (the tests' harness reads and clicks message boxes: a
