@@ -36,6 +36,19 @@ std::string Tga(int width, int height)
     return t;
 }
 
+// An uncompressed BMP of 8 bits a pixel with a grey palette, every pixel colour 7.
+std::string Bmp8(int width, int height)
+{
+    auto le = [](uint32_t v, int n) { return std::string(reinterpret_cast<char*>(&v), n); };
+    uint32_t row = (uint32_t(width) + 3) & ~3u, offset = 14 + 40 + 1024;
+    std::string bmp = "BM" + le(offset + row * height, 4) + le(0, 4) + le(offset, 4) + le(40, 4) +
+                      le(width, 4) + le(height, 4) + le(1, 2) + le(8, 2) + le(0, 4) +
+                      le(row * height, 4) + le(0, 4) + le(0, 4) + le(256, 4) + le(0, 4);
+    for (uint32_t i = 0; i < 256; ++i)
+        bmp += le(i * 0x010101u, 4);
+    return bmp + std::string(size_t(row) * height, '\x07');
+}
+
 // A wave file: its format tag, and data bytes of PCM 16-bit mono at 22050 Hz.
 std::string Wave(uint16_t tag, uint32_t dataBytes)
 {
@@ -175,6 +188,9 @@ TEST(ProductCheck, EachFaultGivesItsReportLines)
         lib + "has no export VokSetup_HardwareSetup; no display device is listed, so Play shows "
               "text 0x7884 and starts nothing";
     const std::string plain = "; the window is a plain rectangle";
+    const std::string forms = " (the launcher reads BMP files of 24 bits and TGA files of 24 or "
+                              "32 bits, uncompressed or run-length encoded, as skinbuild writes "
+                              "them)";
     const std::vector<Fault> faults = {
         // setup.ini: values the launcher cannot start without.
         {"launcher name missing",
@@ -321,8 +337,8 @@ TEST(ProductCheck, EachFaultGivesItsReportLines)
         // The skin.
         {"background unreadable",
          [](Product& p) { p.Cut("product.bmp", 1000); },
-         {"Install\\product.bmp: cannot be read by the launcher's picture reader; the window is "
-          "500 x 460 in a plain dark colour",
+         {"Install\\product.bmp: cannot be read by the launcher's picture reader" + forms +
+              "; the window is 500 x 460 in a plain dark colour",
           "Install\\product.rgn: has 6 of 78 rectangles reaching outside the 500 x 460 "
           "background, the first 73 (74, 460, 118, 461); it was made for another picture, and "
           "the window's outline does not follow this one"}},
@@ -359,8 +375,12 @@ TEST(ProductCheck, EachFaultGivesItsReportLines)
           "the 500 x 470 background, and is cut off there"}},
         {"page face unreadable",
          [](Product& p) { p.Write("focused.tga", "not a picture"); },
-         {"Install\\focused.tga: cannot be read by the launcher's picture reader; page buttons "
-          "show only their labels while focused"}},
+         {"Install\\focused.tga: cannot be read by the launcher's picture reader" + forms +
+          "; page buttons show only their labels while focused"}},
+        {"background with a palette",
+         [](Product& p) { p.Write("product.bmp", Bmp8(500, 470)); },
+         {"Install\\product.bmp: has a palette of colours, which the launcher does not keep" +
+          forms + "; the picture shows in wrong colours"}},
         {"region missing",
          [](Product& p) { p.Remove("product.rgn"); },
          {"Install\\product.rgn: missing" + std::string(plain)}},

@@ -107,18 +107,25 @@ class SkinCheck
         m_report.Add(CheckFileName(m_shownDir, file.name), text);
     }
 
-    // Reads a picture as the launcher does; reports why it cannot be used.
+    // Reads a picture as the launcher does; reports why it cannot be used. A palette
+    // picture is read, but its palette is not kept: the launcher shows colour numbers.
     bool Load(const SkinFile& file, CltImage& image)
     {
+        static const std::string forms =
+            " (the launcher reads BMP files of 24 bits and TGA files of 24 or 32 bits, "
+            "uncompressed or run-length encoded, as skinbuild writes them)";
         std::string path = Path(file.name);
         int64_t size = FileSize(path);
         if (size < 0) return Add(file, std::string("missing; ") + file.without), false;
         if (size == 0) return Add(file, std::string("is empty; ") + file.without), false;
         if (!LoadImageFile(CLTID_FileStream, image, path.c_str()) || !image.m_pData ||
             image.m_nWidth <= 0 || image.m_nHeight <= 0)
-            return Add(file, std::string("cannot be read by the launcher's picture reader; ") +
+            return Add(file, "cannot be read by the launcher's picture reader" + forms + "; " +
                                  file.without),
                    false;
+        if (image.m_Format.id == g_pfIndexed8.id)
+            Add(file, "has a palette of colours, which the launcher does not keep" + forms +
+                          "; the picture shows in wrong colours");
         return true;
     }
 
