@@ -70,14 +70,11 @@ bool SaveScreen(const RECT& r, const char* path)
     ReleaseDC(nullptr, screen);
     return written;
 }
-// 6 when the window's process has the common controls of version 6 loaded (from their
+// 6 when the process has the common controls of version 6 loaded (from their
 // side-by-side assembly, as a manifest asks), 5 for the plain library, 0 for none. (Wine's
 // copies both carry the file version 5.81: the folder tells them apart.)
-unsigned long CommonControlsVersion(HWND w)
+unsigned long CommonControlsVersion(HANDLE process)
 {
-    DWORD pid = 0;
-    GetWindowThreadProcessId(w, &pid);
-    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
     HMODULE modules[512];
     DWORD bytes = 0;
     unsigned long version = 0;
@@ -94,8 +91,15 @@ unsigned long CommonControlsVersion(HWND w)
                     ? 6
                     : std::max(version, 5ul);
         }
-    if (process) CloseHandle(process);
     return version;
+}
+
+// The window's process, opened for reading its modules and counters (closed by the caller).
+HANDLE OpenWindowProcess(HWND w)
+{
+    DWORD pid = 0;
+    GetWindowThreadProcessId(w, &pid);
+    return OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
 }
 } // namespace
 
@@ -103,8 +107,10 @@ int main(int argc, char** argv)
 {
     if (argc != 3 && !(argc == 4 && !strcmp(argv[2], "shot")))
     {
-        fprintf(stderr, "usage: WinProbe.exe TEXT "
-                        "rect|iconic|visible|activate|region|close|endsession|icons|shot FILE\n");
+        fprintf(stderr,
+                "usage: WinProbe.exe TEXT "
+                "rect|iconic|visible|activate|region|close|endsession|resources|comctl|icons|"
+                "shot FILE\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
@@ -161,9 +167,7 @@ int main(int argc, char** argv)
     }
     else if (!strcmp(command, "resources"))
     {
-        DWORD pid = 0;
-        GetWindowThreadProcessId(w, &pid);
-        HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
+        HANDLE process = OpenWindowProcess(w);
         PROCESS_MEMORY_COUNTERS_EX memory = {};
         GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
                              sizeof memory);
@@ -173,7 +177,11 @@ int main(int argc, char** argv)
         CloseHandle(process);
     }
     else if (!strcmp(command, "comctl"))
-        printf("%lu\n", CommonControlsVersion(w));
+    {
+        HANDLE process = OpenWindowProcess(w);
+        printf("%lu\n", CommonControlsVersion(process));
+        if (process) CloseHandle(process);
+    }
     else if (!strcmp(command, "icons"))
         for (WPARAM kind : {ICON_BIG, ICON_SMALL, ICON_SMALL2})
         {

@@ -496,7 +496,6 @@ def step(l, p, s):
         l.park()
         xdo("key", "--delay", "2", *(a[1].split() * a[0]))
     elif verb == "presses":  # n times: press at one point, release at the other
-        l.move(*a[1])
         xdo(*[w for _ in range(a[0]) for w in (
             "mousemove", str(l.left + a[1][0]), str(l.top + a[1][1]), "mousedown", "1",
             "mousemove", str(l.left + a[2][0]), str(l.top + a[2][1]), "mouseup", "1")])
