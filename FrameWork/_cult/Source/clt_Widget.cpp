@@ -117,6 +117,13 @@ bool CltWidget::RemoveChild(CltWidget* child)
     return true;
 }
 
+void CltWidget::WantTicks(bool want)
+{
+    if (want == m_bWantsTicks || !m_pHost) return;
+    m_bWantsTicks = want;
+    m_pHost->CountTicker(want);
+}
+
 void CltWidget::Notify(uint32_t id, CltWidget* source)
 {
     // The widget that handles the notification may destroy any part of the tree, this
@@ -270,6 +277,7 @@ void CltRootWidget::ActivateFocus()
 
 void CltRootWidget::ForgetWidget(CltWidget* w)
 {
+    w->WantTicks(false);
     w->TakeFocus(false);
     if (m_pHover == w) m_pHover = nullptr;
     if (m_pCapture == w) ReleaseCapture();
@@ -363,6 +371,13 @@ void CltRootWidget::TrackPointer(uintptr_t wParam, int32_t x, int32_t y)
     }
     else if (hit && hit != m_pFocus)
         hit->OnMouseEnter(); // takes the focus back from the keyboard
+}
+
+void CltRootWidget::CountTicker(bool wants)
+{
+    m_nTickers += wants ? 1 : -1;
+    if (wants && m_nTickers == 1) StartTicks();
+    if (!wants && m_nTickers == 0) StopTicks();
 }
 
 void CltRootWidget::TickTree(CltWidget* w)

@@ -95,6 +95,11 @@ class CltWidget
     // id or null source is replaced by the asked widget's id or the widget itself.
     void Notify(uint32_t id, CltWidget* source);
     void SetRect(const CltRect& r);
+    // A widget that changes by itself (an animation) asks for OnTick while it does. The
+    // window's timer runs only while some widget of the tree asks, so that an idle window
+    // wakes nobody; a widget that goes stops asking.
+    void WantTicks(bool want);
+    bool WantsTicks() const { return m_bWantsTicks; }
     void TakeFocus(bool take);
     bool IsFocused() const;
     CltWidget* HitTestTree(int32_t x, int32_t y);
@@ -121,6 +126,7 @@ class CltWidget
     CltRect m_Rect;
     uint32_t m_dwFlags = 0;
     uint32_t m_dwId = 0;
+    bool m_bWantsTicks = false;
 
     void DestroyChildren();
 };
@@ -165,6 +171,11 @@ class CltRootWidget : public CltWidget
         return false;
     }
     virtual void MoveWindow(const CltRect& r) { (void)r; }
+    // Called when the first widget asks for ticks and when the last one stops asking.
+    virtual void StartTicks() {}
+    virtual void StopTicks() {}
+    // How many widgets of the tree ask for ticks.
+    int32_t Tickers() const { return m_nTickers; }
 
   protected:
     CltWidget* m_pFocus = nullptr;
@@ -172,8 +183,11 @@ class CltRootWidget : public CltWidget
     CltWidget* m_pHover = nullptr;
     uint32_t m_dwFocusId = 0;
     int32_t m_nLastX = 0, m_nLastY = 0;
+    int32_t m_nTickers = 0;
 
   private:
+    friend class CltWidget;
+    void CountTicker(bool wants);
     CltWidget* Target(int32_t x, int32_t y);
     void FocusStep(bool forward);
     void TrackPointer(uintptr_t wParam, int32_t x, int32_t y);

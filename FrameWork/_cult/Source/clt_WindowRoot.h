@@ -16,7 +16,8 @@ class CltWindowRoot : public CltRootWidget
     // never goes past the root.
     bool OnNotify(uint32_t id, CltWidget* source) override;
 
-    // Keeps the window and starts its timer 1 with a period of 50 ms.
+    // Keeps the window. Its timer 1 (period 50 ms) runs only while a widget asks for ticks:
+    // a timer that always ran would keep the machine from idling while the launcher is open.
     void Attach(HWND window);
     HWND Window() const { return m_hWnd; }
 
@@ -27,6 +28,8 @@ class CltWindowRoot : public CltRootWidget
     void PlayFocusSound(const char* path) override;
     bool GetWindowRect(CltRect& r) const override;
     void MoveWindow(const CltRect& r) override;
+    void StartTicks() override;
+    void StopTicks() override;
 
   private:
     HWND m_hWnd = nullptr;

@@ -1,6 +1,8 @@
 // CltWindowRoot: the widget tree's window.
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
 
+#include "FrameWork/_cult/Source/clt_SystemEntries.h"
+
 #include <mmsystem.h>
 
 void CltWindowRoot::Invalidate(const CltRect& r)
@@ -20,7 +22,17 @@ bool CltWindowRoot::OnNotify(uint32_t id, CltWidget* source)
 void CltWindowRoot::Attach(HWND window)
 {
     m_hWnd = window;
-    SetTimer(window, 1, 50, nullptr);
+    if (Tickers() > 0) StartTicks();
+}
+
+void CltWindowRoot::StartTicks()
+{
+    if (m_hWnd) SetTimer(m_hWnd, 1, 50, nullptr);
+}
+
+void CltWindowRoot::StopTicks()
+{
+    if (m_hWnd) KillTimer(m_hWnd, 1);
 }
 
 void CltWindowRoot::CaptureSystemPointerToFocusWindow()
@@ -45,7 +57,7 @@ bool CltWindowRoot::IsShiftDown() const
 
 void CltWindowRoot::PlayFocusSound(const char* path)
 {
-    PlaySoundA(path, nullptr, SND_FILENAME | SND_NOSTOP | SND_ASYNC);
+    clt_PlaySound(path, nullptr, SND_FILENAME | SND_NOSTOP | SND_ASYNC);
 }
 
 bool CltWindowRoot::GetWindowRect(CltRect& r) const

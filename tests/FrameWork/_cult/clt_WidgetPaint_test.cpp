@@ -355,7 +355,7 @@ class CommandWindow : public TreeWindow
     std::vector<std::pair<WPARAM, LPARAM>> commands;
 };
 
-TEST(CltWindowRoot, TicksEveryFiftyMillisecondsSendsCommandsAndAsksForRepaints)
+TEST(CltWindowRoot, TicksEveryFiftyMillisecondsWhileAskedSendsCommandsAndAsksForRepaints)
 {
     Instance();
     CltString cls;
@@ -372,6 +372,8 @@ TEST(CltWindowRoot, TicksEveryFiftyMillisecondsSendsCommandsAndAsksForRepaints)
         static_cast<TickCounter*>(root.CreateChild(factory, CltRect(0, 0, 10, 10), V, 0));
     auto* source =
         static_cast<TickCounter*>(root.CreateChild(factory, CltRect(0, 0, 10, 10), V, 7));
+    EXPECT_FALSE(KillTimer(window.Handle(), 1)); // nobody asks for ticks: no timer
+    counter->WantTicks(true);
 
     DWORD start = GetTickCount();
     while (counter->times.size() < 11 && GetTickCount() - start < 5000)
@@ -390,6 +392,8 @@ TEST(CltWindowRoot, TicksEveryFiftyMillisecondsSendsCommandsAndAsksForRepaints)
     std::sort(ms.begin(), ms.end());
     EXPECT_GT(ms[5], 40.0);
     EXPECT_LT(ms[5], 62.0);
+    counter->WantTicks(false);
+    EXPECT_FALSE(KillTimer(window.Handle(), 1)); // stopped with the last one asking
 
     source->Notify(0, nullptr);  // takes the widget's id 7
     counter->Notify(0, nullptr); // no id anywhere: nothing is sent

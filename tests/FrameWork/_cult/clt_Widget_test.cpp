@@ -37,6 +37,8 @@ class TestRoot : public CltRootWidget
         r = window;
         return true;
     }
+    void StartTicks() override { g_log.push_back("ticks-on"); }
+    void StopTicks() override { g_log.push_back("ticks-off"); }
     void MoveWindow(const CltRect& r) override
     {
         window = r;
@@ -457,3 +459,28 @@ TEST_F(WidgetTree, AClickWhoseCommandDestroysTheButtonIsSafe)
 }
 
 } // namespace
+
+TEST_F(WidgetTree, TheTimerRunsWhileSomeWidgetAsksForTicks)
+{
+    Plain* panel = Add<Plain>(&root, "panel", CltRect(0, 0, 100, 100), V);
+    Plain* a = Add<Plain>(panel, "a", CltRect(0, 0, 10, 10), V);
+    Plain* b = Add<Plain>(&root, "b", CltRect(20, 0, 30, 10), V);
+    struct
+    {
+        Plain* widget;
+        bool wants;
+        const char* log;
+    } steps[] = {
+        {a, true, "ticks-on"},   {b, true, ""},  {a, true, ""},         {a, false, ""},
+        {b, false, "ticks-off"}, {b, false, ""}, {a, true, "ticks-on"},
+    };
+    Take();
+    for (const auto& s : steps)
+    {
+        s.widget->WantTicks(s.wants);
+        EXPECT_EQ(Take(), s.log) << s.widget->name << " " << s.wants;
+    }
+    root.RemoveChild(panel); // a goes with its panel and stops asking
+    EXPECT_EQ(Take(), "panel:gone a:gone ticks-off");
+    EXPECT_EQ(root.Tickers(), 0);
+}
