@@ -53,7 +53,10 @@ int CTarnLauncher::Run()
     CltString windowClass;
     clt_RegisterWindowClass(windowClass, CS_DBLCLKS, m_hArrow, nullptr,
                             LoadIconA(Instance(), MAKEINTRESOURCEA(1)));
-    if (Create(nullptr, WS_POPUP | WS_SYSMENU, 0, windowClass.c_str()))
+    // The window stays hidden until its region, caption and first page are in place, and
+    // is painted as it appears: shown at creation, it would flash as a grey rectangle
+    // without its shape or picture for a moment.
+    if (Create(nullptr, WS_POPUP | WS_SYSMENU, 0, windowClass.c_str(), false))
     {
         ApplyRegion();
         CreateWidgets();
@@ -61,6 +64,11 @@ int CTarnLauncher::Run()
         OnWindowReady();
         m_pMain->PlaySoundByName("OPEN", false);
         ShowFirstPage();
+        if (m_hWnd)
+        {
+            ShowWindow(m_hWnd, SW_SHOWNORMAL);
+            UpdateWindow(m_hWnd);
+        }
         MessageLoop();
     }
     CleanUp();

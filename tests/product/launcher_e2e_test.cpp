@@ -197,3 +197,32 @@ TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
     demo::SetLibraryOverrides("Launcher.exe", {}, "");
     DeleteRegTree(ini.RegistryKey());
 }
+
+// While the first page is being put in place (its trace text holds the launcher still), the
+// window already has its region but is not shown yet: it appears complete.
+TEST(LauncherWindow, AppearsOnlyWithItsShapeAndFirstPage)
+{
+    std::string folder = LauncherCopy("firstframe");
+    for (const char* file : {"product.bmp", "product.rgn"})
+        CopyInto(Join(ExeFolder(), std::string("..\\demo-product\\Install\\") + file),
+                 Join(folder, "Install"));
+    RunOptions run;
+    run.program = Join(folder, "Launcher.exe");
+    int found = 0, visible = -1, region = -1;
+    run.onTrace = [&](const std::string& text)
+    {
+        if (text != "Page [INSTALL] shown.\n") return;
+        HWND window =
+            FindTopLevelWindow([](HWND w) { return ClassOf(w).rfind("CltWin:", 0) == 0; });
+        found += window != nullptr;
+        visible = IsWindowVisible(window);
+        HRGN shape = CreateRectRgn(0, 0, 0, 0);
+        region = GetWindowRgn(window, shape);
+        DeleteObject(shape);
+    };
+    RunResult r = RunProgram(run);
+    EXPECT_EQ(r.exitCode, 0u);
+    EXPECT_EQ(found, 1);
+    EXPECT_EQ(visible, 0);
+    EXPECT_EQ(region, COMPLEXREGION);
+}

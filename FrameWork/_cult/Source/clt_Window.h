@@ -23,8 +23,10 @@ class CltWindow
     virtual bool PreTranslate(MSG* msg); // never overridden or called in this program
     virtual LRESULT DrawItem(DRAWITEMSTRUCT* item);
 
-    // Creates the window with an empty title at (0, 0) and no size, shows and updates it.
-    bool Create(CltWindow* parent, DWORD style, DWORD exStyle, const char* className);
+    // Creates the window with an empty title at (0, 0) and no size, shows and updates it;
+    // with show false it stays hidden, for a window that shows itself once it is complete.
+    bool Create(CltWindow* parent, DWORD style, DWORD exStyle, const char* className,
+                bool show = true);
     HWND Handle() const { return m_hWnd; }
 
   protected:

@@ -26,11 +26,13 @@ LRESULT CltWindow::DrawItem(DRAWITEMSTRUCT*)
     return 0;
 }
 
-bool CltWindow::Create(CltWindow* parent, DWORD style, DWORD exStyle, const char* className)
+bool CltWindow::Create(CltWindow* parent, DWORD style, DWORD exStyle, const char* className,
+                       bool show)
 {
     HWND window = CreateWindowExA(exStyle, className, "", style, 0, 0, 0, 0,
                                   parent ? parent->m_hWnd : nullptr, nullptr, Instance(), this);
     if (!window) return false;
+    if (!show) return true;
     ShowWindow(window, SW_SHOWNORMAL);
     UpdateWindow(window);
     return true;
