@@ -43,7 +43,8 @@ bool CheckBeforeStart(HWND owner, LfxMain* main)
 
 bool CheckDirectXViaSetup()
 {
-    HMODULE library = LoadLibraryA(JoinPath(g_Env[lfx_env::DataDir], "\\VokSetup.dll").c_str());
+    HMODULE library =
+        clt_LoadLibraryByPath(JoinPath(g_Env[lfx_env::DataDir], "\\VokSetup.dll").c_str());
     if (!library) return false;
     if (auto startup = clt_GetEntry<PFN_VokSetup_Startup>(library, "VokSetup_Startup"))
         startup(g_Env[lfx_env::DataDir].c_str());

@@ -8,11 +8,10 @@
 #include "FrameWork/_cult/Source/clt_ImageButton.h"
 #include "FrameWork/_cult/Source/clt_ImagePanel.h"
 #include "FrameWork/_cult/Source/clt_State.h"
+#include "FrameWork/_cult/Source/clt_SystemEntries.h"
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
-
-#include <commctrl.h>
 
 namespace
 {
@@ -42,9 +41,9 @@ int CTarnLauncher::Run()
     m_pCaption = nullptr;
     m_pCloseButton = m_pMinimiseButton = nullptr;
     CreateFonts();
-    InitCommonControls();
+    clt_InitCommonControls();
     HDC screen = GetDC(GetDesktopWindow());
-    if (GetDeviceCaps(screen, BITSPIXEL) <= 8) m_hDrawDib = DrawDibOpen();
+    if (GetDeviceCaps(screen, BITSPIXEL) <= 8) m_hDrawDib = clt_DrawDibOpen();
     ReleaseDC(GetDesktopWindow(), screen);
     m_Skin.Load(g_Env[lfx_env::DataDir]);
     m_hArrow = LoadCursorA(nullptr, IDC_ARROW);
@@ -134,7 +133,7 @@ void CTarnLauncher::MessageLoop()
 
 void CTarnLauncher::CleanUp()
 {
-    if (m_hDrawDib) DrawDibClose(m_hDrawDib);
+    if (m_hDrawDib) clt_DrawDibClose(m_hDrawDib);
     m_hDrawDib = nullptr;
     if (m_hSmallIcon) DestroyIcon(m_hSmallIcon);
     m_hSmallIcon = nullptr;
@@ -259,8 +258,8 @@ LRESULT CTarnLauncher::Paint(PAINTSTRUCT& ps)
             header.biBitCount = 32;
             header.biCompression = BI_RGB;
             header.biSizeImage = pixels->m_nSize;
-            DrawDibDraw(m_hDrawDib, ps.hdc, area.left, area.top, area.Width(), area.Height(),
-                        &header, pixels->m_pData, 0, 0, area.Width(), area.Height(), 0);
+            clt_DrawDibDraw(m_hDrawDib, ps.hdc, area.left, area.top, area.Width(), area.Height(),
+                            &header, pixels->m_pData, 0, 0, area.Width(), area.Height(), 0);
         }
         else
             BitBlt(ps.hdc, area.left, area.top, area.Width(), area.Height(), canvas.Context(),

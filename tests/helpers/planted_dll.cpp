@@ -1,5 +1,6 @@
-// A library planted under a system library's name (ddraw.dll, DSOUND.DLL) beside the
-// launcher or in its data folder. When anything loads it, it leaves "<its path>.loaded".
+// A library planted under a system library's name (ddraw.dll, winmm.dll, ...) beside the
+// launcher, in its data folder or in the current folder. When anything loads it, it leaves
+// "<its path>.loaded".
 #include <windows.h>
 
 #include <string>

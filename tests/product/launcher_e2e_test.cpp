@@ -15,6 +15,7 @@
 using namespace harness;
 using demo::HasLine;
 using demo::Launch;
+using demo::LaunchIn;
 
 namespace
 {
@@ -153,24 +154,25 @@ TEST(AssertionBox, RetryShowsTheDumpCancelDoesNotAndTheExitCodeIsZero)
 
 TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
 {
-    std::string folder = Join(TestRoot(), "planted");
+    // Decoys of the system libraries the launcher and its window pull in, beside the
+    // launcher, in its data folder and in the folder it is started from.
+    const char* const names[] = {"ddraw.dll",    "DSOUND.DLL",  "winmm.dll", "msvfw32.dll",
+                                 "comctl32.dll", "uxtheme.dll", "oleacc.dll"};
+    std::string folder = Join(TestRoot(), "planted"), current = Join(folder, "Current");
     RemoveTree(folder);
     demo::Ini ini("Planted");
     demo::MakeProduct(folder, ini);
-    std::string planted = Join(ExeFolder(), "..\\planted");
-    std::vector<std::string> plantedFiles;
-    for (const std::string& where : {folder, Join(folder, "Install")})
-        for (const char* name : {"ddraw.dll", "DSOUND.DLL"})
-        {
-            CopyInto(Join(planted, name), where);
-            plantedFiles.push_back(Join(where, name));
-        }
+    for (const std::string& where : {folder, Join(folder, "Install"), current})
+        for (const char* name : names)
+            CopyInto(Join(ExeFolder(), std::string("..\\planted\\") + name), where);
     // Wine otherwise always uses its own libraries: ask for the files first, as Windows does.
-    demo::SetLibraryOverrides("loader.exe", {"ddraw", "dsound"}, "native,builtin");
-    demo::SetLibraryOverrides("Launcher.exe", {"ddraw", "dsound"}, "native,builtin");
-    // A program beside the planted files that loads the libraries by name gets them.
+    std::initializer_list<const char*> stems = {"ddraw",    "dsound",  "winmm", "msvfw32",
+                                                "comctl32", "uxtheme", "oleacc"};
+    demo::SetLibraryOverrides("loader.exe", stems, "native,builtin");
+    demo::SetLibraryOverrides("Launcher.exe", stems, "native,builtin");
+    // A program beside the decoys that loads the libraries by name gets them.
     CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "loader.exe");
-    for (const char* name : {"ddraw.dll", "DSOUND.DLL"})
+    for (const char* name : names)
     {
         Process loader;
         ASSERT_TRUE(loader.Start(Join(folder, "loader.exe"), std::string("-LOAD=") + name, folder));
@@ -180,19 +182,31 @@ TEST(LauncherLibraries, PlantedSystemLibrariesAreNotLoaded)
         DeleteFileA(marker.c_str());
     }
 
-    // Installed in its own folder: -I runs every check that loads DirectX, then the game.
+    // The loader's own account (the debugger hears of every library it maps): the setup
+    // library is the only one the launcher takes from the product's folders. Installed in
+    // its own folder, -I runs every check that loads DirectX, then the game; the plain
+    // start opens the window (sound, common controls, theming) and is closed.
+    std::string setup = Join(Join(folder, "Install"), "VokSetup.dll");
     demo::MarkInstalled(ini, folder);
-    RunResult r = Launch(Join(folder, "Launcher.exe"), "-I", {IDNO, IDNO});
-    EXPECT_EQ(r.exitCode, 0u);
-    EXPECT_TRUE(HasLine(r, "LfxMain: m_dwState is [1]"));
-    ASSERT_EQ(r.boxes.size(), 2u); // no sound device: declined, so nothing is started
-    EXPECT_EQ(r.boxes[0].text,
-              "No working sound device was found.\n\nDo you want to play without sound?");
-    EXPECT_EQ(StyleOf(r.boxes[0]), SeenFromOutside(0x2124));
-    EXPECT_EQ(StyleOf(r.boxes[1]), 0x124u); // the product's own question, No the default
-    EXPECT_TRUE(r.boxes[1].scripted);
-    for (const std::string& file : plantedFiles)
-        EXPECT_EQ(GetFileAttributesA((file + ".loaded").c_str()), INVALID_FILE_ATTRIBUTES) << file;
+    for (const char* arguments : {"-I", ""})
+    {
+        RunResult r = LaunchIn(Join(folder, "Launcher.exe"), arguments, current, {IDNO, IDNO});
+        EXPECT_EQ(r.exitCode, 0u) << arguments;
+        EXPECT_TRUE(HasLine(r, "LfxMain: Destruction completed.")) << arguments;
+        EXPECT_GT(r.libraries.size(), 5u) << arguments;
+        for (const std::string& library : r.libraries)
+            EXPECT_TRUE(_strnicmp(library.c_str(), folder.c_str(), folder.size()) != 0 ||
+                        _stricmp(library.c_str(), setup.c_str()) == 0)
+                << arguments << ": " << library;
+        EXPECT_EQ(std::count(r.libraries.begin(), r.libraries.end(), setup), 1) << arguments;
+        if (*arguments)
+        {
+            ASSERT_EQ(r.boxes.size(), 2u); // no sound device: declined, so nothing is started
+            EXPECT_EQ(r.boxes[0].text,
+                      "No working sound device was found.\n\nDo you want to play without sound?");
+            EXPECT_EQ(StyleOf(r.boxes[1]), 0x124u); // the product's own question
+        }
+    }
     demo::SetLibraryOverrides("loader.exe", {}, "");
     demo::SetLibraryOverrides("Launcher.exe", {}, "");
     DeleteRegTree(ini.RegistryKey());

@@ -7,6 +7,7 @@
 #include "tools/TraceRun/trace_Debuggee.h"
 
 #include <atomic>
+#include <cstring>
 #include <thread>
 
 namespace trace
@@ -22,6 +23,15 @@ struct DebugSession
     HANDLE process = nullptr;
     HANDLE ready = nullptr; // set once the process was created (or failed)
 };
+
+// The file's path as the system names it ("C:\\windows\\system32\\user32.dll").
+std::string PathOf(HANDLE file)
+{
+    char path[MAX_PATH * 2] = {};
+    DWORD n = GetFinalPathNameByHandleA(file, path, sizeof path, FILE_NAME_NORMALIZED);
+    if (n == 0 || n >= sizeof path) return "?";
+    return strncmp(path, "\\\\?\\", 4) == 0 ? path + 4 : path;
+}
 
 void DebugLoop(DebugSession* s)
 {
@@ -71,7 +81,11 @@ void DebugLoop(DebugSession* s)
             if (ev.u.CreateProcessInfo.hFile) CloseHandle(ev.u.CreateProcessInfo.hFile);
             break;
         case LOAD_DLL_DEBUG_EVENT:
-            if (ev.u.LoadDll.hFile) CloseHandle(ev.u.LoadDll.hFile);
+            if (ev.u.LoadDll.hFile)
+            {
+                s->result.libraries.push_back(PathOf(ev.u.LoadDll.hFile));
+                CloseHandle(ev.u.LoadDll.hFile);
+            }
             break;
         case EXCEPTION_DEBUG_EVENT:
             if (ev.u.Exception.ExceptionRecord.ExceptionCode != EXCEPTION_BREAKPOINT)

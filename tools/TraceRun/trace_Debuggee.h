@@ -26,7 +26,8 @@ struct DebuggeeResult
     bool timedOut = false;
     DWORD exitCode = 0xFFFFFFFF;
     DWORD processId = 0;
-    std::vector<std::string> traces; // each OutputDebugStringA text, without terminator
+    std::vector<std::string> traces;    // each OutputDebugStringA text, without terminator
+    std::vector<std::string> libraries; // the path of each library the loader mapped, in order
     std::string error;
 
     std::string JoinedTrace() const;

@@ -7,6 +7,7 @@
 // so it holds across translation units and does not depend on link order.
 #pragma once
 
+#define CLT_INIT_LIBRARY_SEARCH 1000   // libraries looked for in the system folder only
 #define CLT_INIT_DISPLAY_LIST 1100     // head of the display-device list
 #define CLT_INIT_PRODUCT_LAUNCHER 1200 // the product launcher (registers itself)
 #define CLT_INIT_PAGES 1300            // the product pages, in registration order

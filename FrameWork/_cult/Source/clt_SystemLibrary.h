@@ -19,6 +19,18 @@ inline HMODULE clt_LoadSystemLibrary(const char* name)
     return LoadLibraryA(path);
 }
 
+// Loads a library of the program's own (the setup library) by its full path. The libraries
+// it needs are looked for beside it, then in the system folder: the programs look for
+// libraries in the system folder only (clt_SystemEntries_win.cpp). A system that knows
+// neither that rule nor these flags loads it as it always did.
+inline HMODULE clt_LoadLibraryByPath(const char* path)
+{
+    HMODULE library = LoadLibraryExA(
+        path, nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (!library && GetLastError() == ERROR_INVALID_PARAMETER) library = LoadLibraryA(path);
+    return library;
+}
+
 // The library's entry of that name as a function of type Fn, or null.
 template <typename Fn> Fn clt_GetEntry(HMODULE library, const char* name)
 {

@@ -12,6 +12,7 @@
 #include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_cult/Source/clt_State.h"
 #include "FrameWork/_cult/Source/clt_System.h"
+#include "FrameWork/_cult/Source/clt_SystemEntries.h"
 #include "FrameWork/_cult/Source/clt_Trace.h"
 
 #include <windows.h>
@@ -25,11 +26,11 @@ int LfxMain::ShowMessage(const char* text, uint32_t flags)
 
 int LfxMain::PlaySoundByName(const CltString& name, bool wait)
 {
-    PlaySoundA(nullptr, static_cast<HMODULE>(clt_GetState()->m_hInstance), SND_PURGE);
+    clt_PlaySound(nullptr, static_cast<HMODULE>(clt_GetState()->m_hInstance), SND_PURGE);
     if (!name.empty())
     {
         CltString file = JoinPath(g_Env[lfx_env::DataDir], name) + ".wav";
-        PlaySoundA(file.c_str(), nullptr, SND_FILENAME | (wait ? SND_SYNC : SND_ASYNC));
+        clt_PlaySound(file.c_str(), nullptr, SND_FILENAME | (wait ? SND_SYNC : SND_ASYNC));
     }
     return 1;
 }

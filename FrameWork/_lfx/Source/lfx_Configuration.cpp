@@ -142,7 +142,7 @@ int LfxMain::PreInitializeLauncher()
     Trace("strSetupDll is [%s]\n", strSetupDll.c_str());
 
     // The setup library is the one library loaded from the data folder, by its full path.
-    m_hSetupDll = LoadLibraryA(JoinPath(g_Env[lfx_env::DataDir], strSetupDll).c_str());
+    m_hSetupDll = clt_LoadLibraryByPath(JoinPath(g_Env[lfx_env::DataDir], strSetupDll).c_str());
     // clang-format off
     CLT_ASSERT_AT(m_hSetupDll!=0, 227);
     SetupEntry VokSetup_GetSetup{clt_GetEntry<PFN_VokSetup_GetSetup>(

@@ -34,7 +34,7 @@ void LfxDisplayDeviceList::Clear()
 CDisplayProbe::CDisplayProbe(const char* setupLibraryPath)
 {
     memset(&m_description, 0, sizeof m_description);
-    HMODULE library = LoadLibraryA(setupLibraryPath);
+    HMODULE library = clt_LoadLibraryByPath(setupLibraryPath);
     if (library)
     {
         auto setupHardware =

@@ -1,0 +1,69 @@
+// The library search limited to the system folder; the sound library's and video for
+// windows' entries, from the system folder's copies.
+#include "FrameWork/_cult/Source/clt_SystemEntries.h"
+
+#include "FrameWork/_cult/Source/clt_Init.h"
+#include "FrameWork/_cult/Source/clt_SystemLibrary.h"
+
+namespace
+{
+// Systems without SetDefaultDllDirectories (before Windows 8 without its update) at least
+// leave the current folder out.
+struct SystemFolderSearch
+{
+    SystemFolderSearch()
+    {
+        using Fn = BOOL(WINAPI*)(DWORD);
+        Fn limit = clt_GetEntry<Fn>(GetModuleHandleA("kernel32.dll"), "SetDefaultDllDirectories");
+        if (!limit || !limit(LOAD_LIBRARY_SEARCH_SYSTEM32)) SetDllDirectoryA("");
+    }
+};
+CLT_STATIC(CLT_INIT_LIBRARY_SEARCH) SystemFolderSearch s_systemFolderSearch;
+
+// The entry of that name in the system folder's library; the library stays loaded.
+template <typename Fn> Fn SystemEntry(const char* library, const char* name)
+{
+    return clt_GetEntry<Fn>(clt_LoadSystemLibrary(library), name);
+}
+} // namespace
+
+BOOL clt_PlaySound(const char* sound, HMODULE module, DWORD flags)
+{
+    using Fn = BOOL(WINAPI*)(LPCSTR, HMODULE, DWORD);
+    static const Fn play = SystemEntry<Fn>("winmm.dll", "PlaySoundA");
+    return play ? play(sound, module, flags) : FALSE;
+}
+
+// By name: the manifest's side-by-side copy (version 6) comes before any folder.
+void clt_InitCommonControls()
+{
+    using Fn = void(WINAPI*)();
+    static const Fn init = clt_GetEntry<Fn>(LoadLibraryA("comctl32.dll"), "InitCommonControls");
+    if (init) init();
+}
+
+HDRAWDIB clt_DrawDibOpen()
+{
+    using Fn = HDRAWDIB(VFWAPI*)();
+    static const Fn open = SystemEntry<Fn>("msvfw32.dll", "DrawDibOpen");
+    return open ? open() : nullptr;
+}
+
+BOOL clt_DrawDibDraw(HDRAWDIB drawDib, HDC dc, int x, int y, int width, int height,
+                     BITMAPINFOHEADER* header, void* bits, int sourceX, int sourceY,
+                     int sourceWidth, int sourceHeight, UINT flags)
+{
+    using Fn = BOOL(VFWAPI*)(HDRAWDIB, HDC, int, int, int, int, LPBITMAPINFOHEADER, LPVOID, int,
+                             int, int, int, UINT);
+    static const Fn draw = SystemEntry<Fn>("msvfw32.dll", "DrawDibDraw");
+    return draw ? draw(drawDib, dc, x, y, width, height, header, bits, sourceX, sourceY,
+                       sourceWidth, sourceHeight, flags)
+                : FALSE;
+}
+
+BOOL clt_DrawDibClose(HDRAWDIB drawDib)
+{
+    using Fn = BOOL(VFWAPI*)(HDRAWDIB);
+    static const Fn close = SystemEntry<Fn>("msvfw32.dll", "DrawDibClose");
+    return close ? close(drawDib) : FALSE;
+}
