@@ -1,11 +1,28 @@
-// Fuzzes one image reader (chosen by the file name the build gives, FUZZ_FILE_NAME) with
-// arbitrary bytes through a memory stream. A loaded image is read back whole, so an image
-// whose size does not match its block shows up as an overrun.
+// Fuzzes one skin file's way into the window (the reader chosen by the file name the build
+// gives, FUZZ_FILE_NAME) with arbitrary bytes through a memory stream: read, then stored
+// left to right and converted to the window's 32-bit pixels, as the skin loader does. The
+// image is read back whole after each step, so an image whose size does not match its
+// block shows up as an overrun.
 #include <cstddef>
 #include <cstdint>
 
 #include "FrameWork/_cult/Source/clt_ImageFile.h"
 #include "support/memory_Stream.h"
+
+namespace
+{
+void ReadWhole(const CltImage& image)
+{
+    volatile uint32_t sum = 0;
+    for (int32_t y = 0; y < image.m_nHeight; ++y)
+    {
+        const uint8_t* p = image.PixelAddress(0, y);
+        for (int32_t x = 0; x < image.m_nWidth; ++x, p += image.XStep())
+            for (uint32_t b = 0; b < image.m_Format.bytesPerPixel; ++b)
+                sum = sum + p[b];
+    }
+}
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
@@ -13,14 +30,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     CltImage image;
     if (LoadImageFile(memstream::Id(), image, FUZZ_FILE_NAME))
     {
-        volatile uint32_t sum = 0;
-        for (int32_t y = 0; y < image.m_nHeight; ++y)
-        {
-            const uint8_t* p = image.PixelAddress(0, y);
-            for (int32_t x = 0; x < image.m_nWidth; ++x, p += image.XStep())
-                for (uint32_t b = 0; b < image.m_Format.bytesPerPixel; ++b)
-                    sum = sum + p[b];
-        }
+        ReadWhole(image);
+        image.StoreLeftToRight();
+        ReadWhole(image);
+        if (image.ConvertTo(g_pfArgb32)) ReadWhole(image);
     }
     const memstream::Contents& c = memstream::Current();
     if (c.releases != 1 || c.closes != c.opens) __builtin_trap();

@@ -1,6 +1,7 @@
 // CltImage: heap-backed images, addressing by origin, in-place format conversion.
 #include "FrameWork/_cult/Source/clt_Image.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -114,4 +115,18 @@ bool CltImage::ConvertTo(const CltPixelFormat& format)
                        old + intptr_t(r) * oldPitch, uint32_t(width));
     free(old);
     return made;
+}
+
+void CltImage::StoreLeftToRight()
+{
+    if (m_nOrigin != OriginTopRight && m_nOrigin != OriginBottomRight) return;
+    int32_t bpp = int32_t(m_Format.bytesPerPixel);
+    for (int32_t y = 0; y < m_nHeight; ++y)
+    {
+        uint8_t* row = m_pData + intptr_t(y) * m_nPitch;
+        for (int32_t l = 0, r = m_nWidth - 1; l < r; ++l, --r)
+            std::swap_ranges(row + intptr_t(l) * bpp, row + intptr_t(l + 1) * bpp,
+                             row + intptr_t(r) * bpp);
+    }
+    m_nOrigin = m_nOrigin == OriginTopRight ? OriginTopLeft : OriginBottomLeft;
 }

@@ -39,6 +39,10 @@ class CltImage
     int32_t XStep() const;
     int32_t YStep() const;
     bool ConvertTo(const CltPixelFormat& format);
+    // A DIB section stores its rows left to right: an image stored right to left (a TGA
+    // origin) has its pixels reversed in every row and its origin changed to match, so
+    // that it looks the same and GDI shows it as the file means it.
+    void StoreLeftToRight();
 
     int32_t m_nOrigin = 0;
     CltPixelFormat m_Format = {};

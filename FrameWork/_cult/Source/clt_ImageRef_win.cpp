@@ -3,8 +3,6 @@
 
 #include "FrameWork/_cult/Source/clt_ImageFile.h"
 
-#include <algorithm>
-
 CltImageRef::CltImageRef(const CltImageRef& other) : m_pHolder(other.m_pHolder)
 {
     if (m_pHolder) ++m_pHolder->refs;
@@ -40,31 +38,12 @@ bool CltImageRef::Bind(Holder* holder, HDC reference)
     return true;
 }
 
-namespace
-{
-// A DIB section stores its rows left to right. A file stored right to left (a TGA origin)
-// has its pixels reversed in every row, so that GDI shows it as the file means it.
-void StoreLeftToRight(CltImage& image)
-{
-    if (image.m_nOrigin != OriginTopRight && image.m_nOrigin != OriginBottomRight) return;
-    int32_t bpp = int32_t(image.m_Format.bytesPerPixel);
-    for (int32_t y = 0; y < image.m_nHeight; ++y)
-    {
-        uint8_t* row = image.m_pData + intptr_t(y) * image.m_nPitch;
-        for (int32_t l = 0, r = image.m_nWidth - 1; l < r; ++l, --r)
-            std::swap_ranges(row + intptr_t(l) * bpp, row + intptr_t(l + 1) * bpp,
-                             row + intptr_t(r) * bpp);
-    }
-    image.m_nOrigin = image.m_nOrigin == OriginTopRight ? OriginTopLeft : OriginBottomLeft;
-}
-} // namespace
-
 bool CltImageRef::LoadFile(const char* fileName)
 {
     Release();
     Holder* holder = new Holder;
     bool loaded = LoadImageFile(CLTID_FileStream, holder->image, fileName);
-    if (loaded) StoreLeftToRight(holder->image);
+    if (loaded) holder->image.StoreLeftToRight();
     if (!loaded || !holder->image.ConvertTo(g_pfArgb32) || !holder->image.m_hBitmap)
     {
         delete holder;
