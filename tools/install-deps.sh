@@ -5,7 +5,7 @@ set -eu
 PKGS="cmake ninja-build g++ clang libclang-rt-14-dev googletest libgtest-dev
  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix binutils-mingw-w64-x86-64
  binutils-mingw-w64-i686 wine wine64 xvfb xauth fonts-liberation imagemagick nsis python3 xdotool
- libpixman-1-dev libstb-dev libbenchmark-dev"
+ libxfixes3 libpixman-1-dev libstb-dev libbenchmark-dev"
 missing=""
 for p in $PKGS; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing="$missing $p"

@@ -5,7 +5,7 @@
 //   args=<the command line after the program's own name>|cwd=<the current folder>
 // and ends with exit code 0; when "<path>.hold" exists, it first opens a window that takes
 // the activation, writes "<path>.ready" and waits until "<path>.release" exists (at most
-// 60 s).
+// 60 s), then removes the three files: the next run does not hold.
 // With -HOLD=NAME[,NAME...] it creates and holds those mutexes, writes "<path>.ready",
 // and waits as above.
 // With -LOAD=NAME it loads the library NAME the ordinary way (by name, searched for
@@ -88,6 +88,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
         SetForegroundWindow(window);
         Hold(self);
         DestroyWindow(window);
+        for (const char* end : {".hold", ".ready", ".release"})
+            DeleteFileA((self + end).c_str());
     }
     return 0;
 }

@@ -15,6 +15,7 @@ OUT_DIR/launcher-shots/ for the golden comparison. --demo is not a test: it is t
 tools/run-demo takes, saving each page and the traces in OUT_DIR/walk/.
 """
 import array
+import ctypes
 import math
 import os
 import shutil
@@ -78,6 +79,29 @@ def write(path, data):
 
 def xdo(*args):
     subprocess.run(["xdotool", *args], env=ENV, check=True)
+
+
+class _CursorImage(ctypes.Structure):
+    _fields_ = [("x", ctypes.c_short), ("y", ctypes.c_short), ("width", ctypes.c_ushort),
+                ("height", ctypes.c_ushort), ("xhot", ctypes.c_ushort), ("yhot", ctypes.c_ushort),
+                ("serial", ctypes.c_ulong), ("pixels", ctypes.c_void_p), ("atom", ctypes.c_ulong),
+                ("name", ctypes.c_char_p)]
+
+
+def cursor_name():
+    """The name of the pointer's image as the display shows it (XFixes): Wine shows the
+    system's standard cursors as the display's own, the arrow as "left_ptr"."""
+    x11, xfixes = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXfixes.so.3")
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    x11.XCloseDisplay.argtypes = x11.XFree.argtypes = [ctypes.c_void_p]
+    xfixes.XFixesGetCursorImage.restype = ctypes.POINTER(_CursorImage)
+    xfixes.XFixesGetCursorImage.argtypes = [ctypes.c_void_p]
+    display = x11.XOpenDisplay(ENV["DISPLAY"].encode())
+    image = xfixes.XFixesGetCursorImage(display)
+    name = image.contents.name.decode() if image else "?"
+    x11.XFree(image)
+    x11.XCloseDisplay(display)
+    return name
 
 
 class Shot:
@@ -513,6 +537,8 @@ def step(l, p, s):
                 raise Failure(f"private bytes: {l.kept[2]} KiB, then {seen[2]} KiB")
     elif verb == "move":
         l.move(*button(a[0]) if len(a) == 1 else a)
+    elif verb == "cursor":  # the pointer's image, by name
+        wait_for(lambda: cursor_name() == a[0], f"the {a[0]} cursor")
     elif verb == "away":  # the pointer off the window
         xdo("mousemove", "5", "5")
     elif verb in ("down", "up"):
@@ -656,8 +682,8 @@ ROWS = [
         ("key", "Down"), ("looks", focus(5, 1)), ("resources", "same")]),
     # A click fires on a release over the pressed button, after wandering off and back.
     ("help and back by pointer", {}, {}, [
-        ("shown", "INSTALL"), ("move", 1), ("down",), ("look", 1, "pressed"),
-        ("move", 90, 400), ("look", 1, "focused"), ("move", 1), ("look", 1, "pressed"), ("up",),
+        ("shown", "INSTALL"), ("move", 1), ("cursor", "left_ptr"), ("down",),
+        ("look", 1, "pressed"), ("move", 90, 400), ("look", 1, "focused"), ("move", 1), ("look", 1, "pressed"), ("up",),
         ("shown", "HELP"), ("looks", focus(4, 0)), ("save", "launcher_help"),
         ("click", 3), ("shown", "INSTALL"), ("looks", focus(4, 1)), ("never", "Install/Doc.exe")]),
     ("help and back by keys", {"installed": True}, {}, [
@@ -734,11 +760,14 @@ ROWS = [
         ("look", 2, "focused"), ("box", "Options", 7), ("key", "Escape"), ("shown", "LAUNCH"),
         ("no box", "Options"), ("never", "Uninstall.exe"), ("click", 3), ("shown", "OPTIONS"),
         ("click", 2), ("box", "Options", 6), ("ends",), ("runs", "Uninstall.exe", "args=|cwd=C:\\")]),
-    # The system check runs while the window stands aside; when it ends, the window is back,
-    # and active.
+    # A document's window takes the activation, and when it closes the launcher has it
+    # again. The system check runs while the window stands aside; when it ends, the window
+    # is back, and active.
     ("documents, web page and system check", {"installed": True}, {}, [
-        ("shown", "LAUNCH"), ("click", 2), ("shown", "HELP"),
-        ("click", 1), ("runs", "Install/Doc.exe", "args=README|cwd={data}"),
+        ("shown", "LAUNCH"), ("click", 2), ("shown", "HELP"), ("touch", "Install/Doc.exe.hold"),
+        ("click", 1), ("file", "Install/Doc.exe.ready"), ("near", 300, 10, CAPTION_INACTIVE, 20),
+        ("touch", "Install/Doc.exe.release"), ("near", 300, 10, CAPTION_ACTIVE, 30),
+        ("runs", "Install/Doc.exe", "args=README|cwd={data}"),
         ("click", 2), ("runs", "Install/Doc.exe", "args=TSGUIDE|cwd={data}"),
         ("touch", "Install/Syscheck.exe.hold"), ("click", 0),
         ("file", "Install/Syscheck.exe.ready"), ("probe", "visible", "0"),
