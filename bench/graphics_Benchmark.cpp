@@ -7,6 +7,9 @@
 #include <pixman.h>
 #include <stb_image.h>
 
+#include <malloc.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <map>
@@ -238,28 +241,38 @@ void StbDecode(benchmark::State& state, const char* name)
     state.SetItemsProcessed(state.iterations() * kWindowW * kWindowH);
 }
 
-// Collects each benchmark's time per iteration for the ratios.
+// Keeps every repetition's time per iteration for the ratios and shows only the
+// aggregates (median, mean, spread) on the console.
 class RatioReporter : public benchmark::ConsoleReporter
 {
   public:
-    std::map<std::string, double> times;
+    std::map<std::string, std::vector<double>> times;
     void ReportRuns(const std::vector<Run>& runs) override
     {
-        // With repetitions the median stands for the benchmark; a single run otherwise.
+        std::vector<Run> shown;
         for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !times.count(run.run_name.str()))
-                times[run.run_name.str()] = run.GetAdjustedRealTime();
-            else if (run.aggregate_name == "median")
-                times[run.run_name.str()] = run.GetAdjustedRealTime();
-        ConsoleReporter::ReportRuns(runs);
+            if (run.run_type == Run::RT_Iteration)
+                times[run.run_name.str()].push_back(run.GetAdjustedRealTime());
+            else
+                shown.push_back(run);
+        ConsoleReporter::ReportRuns(shown.empty() ? runs : shown);
     }
 };
 
+// The ratio within each repetition (the i-th run of one beside the i-th of the other):
+// its median, lowest and highest.
 void PrintRatio(RatioReporter& r, const std::string& ours, const std::string& theirs)
 {
-    if (!r.times.count(ours) || !r.times.count(theirs)) return;
-    printf("  %-28s / %-16s = %6.2f\n", ours.c_str(), theirs.c_str(),
-           r.times[ours] / r.times[theirs]);
+    const std::vector<double>&a = r.times[ours], &b = r.times[theirs];
+    std::vector<double> ratios;
+    for (size_t i = 0; i < a.size() && i < b.size(); ++i)
+        ratios.push_back(a[i] / b[i]);
+    if (ratios.empty()) return;
+    std::sort(ratios.begin(), ratios.end());
+    size_t n = ratios.size();
+    double median = n % 2 ? ratios[n / 2] : (ratios[n / 2 - 1] + ratios[n / 2]) / 2;
+    printf("  %-28s / %-16s = %6.2f  (%.2f to %.2f over %zu)\n", ours.c_str(), theirs.c_str(),
+           median, ratios.front(), ratios.back(), n);
 }
 } // namespace
 
@@ -285,10 +298,18 @@ int main(int argc, char** argv)
         benchmark::RegisterBenchmark((std::string("ours/") + f).c_str(), OursDecode, f);
         benchmark::RegisterBenchmark((std::string("stb_image/") + f).c_str(), StbDecode, f);
     }
-    // Five repetitions, medians reported: the ratios then stand on the medians. Arguments
-    // given on the command line come later and override these.
-    std::vector<char*> args = {argv[0], const_cast<char*>("--benchmark_repetitions=5"),
-                               const_cast<char*>("--benchmark_report_aggregates_only=true")};
+    // Large blocks from the heap, always: by default glibc maps a block over 128 KiB afresh
+    // (its every page faulted in on first touch) until the first such block is freed,
+    // after which its threshold rises and the same sizes come from the heap. Whichever
+    // benchmark ran first paid the faults, and the decoders' ratios swung by up to 3 x
+    // from run to run with the order.
+    mallopt(M_MMAP_THRESHOLD, 256 << 20);
+    mallopt(M_TRIM_THRESHOLD, 512 << 20);
+    // Nine repetitions in random order, so that a slow moment of the machine falls on
+    // either side of a ratio. Arguments given on the command line come later and override
+    // these.
+    std::vector<char*> args = {argv[0], const_cast<char*>("--benchmark_repetitions=9"),
+                               const_cast<char*>("--benchmark_enable_random_interleaving=true")};
     for (int i = 1; i < argc; ++i)
         args.push_back(argv[i]);
     int argCount = int(args.size());
@@ -296,7 +317,8 @@ int main(int argc, char** argv)
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
 
-    printf("\nRatios (time ours / time theirs; below 1: ours is faster):\n");
+    printf("\nRatios (time ours / time theirs, median of the repetitions and their range; "
+           "below 1: ours is faster):\n");
     for (int op = 0; op < 4; ++op)
         for (int i = 0; i < count; ++i)
             if (forms[i].supported())
