@@ -32,8 +32,24 @@ int32_t OriginOf(uint8_t descriptor)
                : (right ? OriginBottomRight : OriginBottomLeft);
 }
 
+// Writes n copies of one pixel of bpp bytes.
+void Fill(uint8_t* to, const uint8_t* pixel, uint32_t n, uint32_t bpp)
+{
+    if (bpp == 4)
+    {
+        uint32_t value;
+        memcpy(&value, pixel, 4);
+        for (uint32_t i = 0; i < n; ++i)
+            memcpy(to + size_t(i) * 4, &value, 4);
+        return;
+    }
+    for (uint32_t i = 0; i < n; ++i, to += 3)
+        to[0] = pixel[0], to[1] = pixel[1], to[2] = pixel[2];
+}
+
 // Decodes packets from [in, end) into the image's stored rows; false when the data ends
-// before every pixel is produced or a packet reaches past the last pixel.
+// before every pixel is produced or a packet reaches past the last pixel. A packet is
+// written a row's part at a time: one copy for raw pixels, one fill for a run.
 bool DecodeRle(const uint8_t* in, const uint8_t* end, CltImage& image, uint32_t bpp)
 {
     uint32_t width = uint32_t(image.m_nWidth), x = 0;
@@ -49,17 +65,31 @@ bool DecodeRle(const uint8_t* in, const uint8_t* end, CltImage& image, uint32_t 
         if (count > left) return false;
         if (uint64_t(end - in) < uint64_t(run ? 1 : count) * bpp) return false;
         left -= count;
-        for (uint32_t i = 0; i < count; ++i)
+        const uint8_t* pixels = in;
+        in += size_t(run ? 1 : count) * bpp;
+        while (count > 0)
         {
-            memcpy(out + uint64_t(x) * bpp, in, bpp);
-            if (!run) in += bpp;
-            if (++x == width)
+            uint32_t span = count < width - x ? count : width - x;
+            uint8_t* to = out + size_t(x) * bpp;
+            if (run)
+                Fill(to, pixels, span, bpp);
+            else
+            {
+                // A lone pixel (the usual raw packet where colours change) is one fixed-size
+                // copy, not a call.
+                if (span == 1 && bpp == 4)
+                    memcpy(to, pixels, 4);
+                else
+                    memcpy(to, pixels, size_t(span) * bpp);
+                pixels += size_t(span) * bpp;
+            }
+            count -= span;
+            if ((x += span) == width)
             {
                 x = 0;
                 out = image.m_pData + intptr_t(++row) * image.m_nPitch;
             }
         }
-        if (run) in += bpp;
     }
     return true;
 }

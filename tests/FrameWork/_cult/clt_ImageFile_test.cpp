@@ -100,34 +100,46 @@ TEST(LoadImageFile, ChoosesTheReaderByExtension)
     EXPECT_EQ(memstream::Current().closes, 0);
 }
 
+// 3 x 2 images of 32 and of 24 bits: the 24-bit rows (9 bytes) are stored 12 bytes apart,
+// so a packet that crossed a row without moving to the next stored row would show.
 TEST(TgaReader, DecodesRunLengthPacketsAcrossRows)
 {
-    const Bytes A = {1, 2, 3, 4}, B = {5, 6, 7, 8}, C = {9, 10, 11, 12};
-    struct Case
+    for (uint32_t bpp : {4u, 3u})
     {
-        const char* what;
-        Bytes packets;
-        std::vector<Bytes> pixels; // the six pixels of a 3 x 2 image, stored order
-    } cases[] = {
-        {"run of 6 (0x85)", Bytes{0x85} + A, {A, A, A, A, A, A}},
-        {"raw of 3 (0x02) twice",
-         Bytes{0x02} + A + B + C + Bytes{0x02} + C + B + A,
-         {A, B, C, C, B, A}},
-        {"run crossing a row", Bytes{0x83} + A + Bytes{0x01} + B + C, {A, A, A, A, B, C}},
-        {"raw crossing a row",
-         Bytes{0x01} + A + B + Bytes{0x03} + C + A + B + C,
-         {A, B, C, A, B, C}},
-    };
-    for (const Case& c : cases)
-    {
-        CltImage image;
-        ASSERT_TRUE(Load(TgaHeader(10, 3, 2, 32, 0x20) + c.packets, image)) << c.what;
-        ExpectStreamDiscipline(c.what);
-        EXPECT_EQ(image.m_nOrigin, OriginTopLeft);
-        for (int i = 0; i < 6; ++i)
+        auto pixel = [&](Bytes b)
         {
-            const uint8_t* p = image.m_pData + (i / 3) * image.m_nPitch + (i % 3) * 4;
-            EXPECT_EQ(Bytes(p, p + 4), c.pixels[i]) << c.what << " pixel " << i;
+            b.resize(bpp);
+            return b;
+        };
+        const Bytes A = pixel({1, 2, 3, 4}), B = pixel({5, 6, 7, 8}), C = pixel({9, 10, 11, 12});
+        struct Case
+        {
+            const char* what;
+            Bytes packets;
+            std::vector<Bytes> pixels; // the six pixels, stored order
+        } cases[] = {
+            {"run of 6 (0x85)", Bytes{0x85} + A, {A, A, A, A, A, A}},
+            {"raw of 3 (0x02) twice",
+             Bytes{0x02} + A + B + C + Bytes{0x02} + C + B + A,
+             {A, B, C, C, B, A}},
+            {"run crossing a row", Bytes{0x83} + A + Bytes{0x01} + B + C, {A, A, A, A, B, C}},
+            {"raw crossing a row",
+             Bytes{0x01} + A + B + Bytes{0x03} + C + A + B + C,
+             {A, B, C, A, B, C}},
+        };
+        for (const Case& c : cases)
+        {
+            CltImage image;
+            ASSERT_TRUE(Load(TgaHeader(10, 3, 2, uint8_t(bpp * 8), 0x20) + c.packets, image))
+                << c.what;
+            ExpectStreamDiscipline(c.what);
+            EXPECT_EQ(image.m_nOrigin, OriginTopLeft);
+            for (int i = 0; i < 6; ++i)
+            {
+                const uint8_t* p = image.m_pData + (i / 3) * image.m_nPitch + (i % 3) * bpp;
+                EXPECT_EQ(Bytes(p, p + bpp), c.pixels[i])
+                    << c.what << " pixel " << i << " of " << bpp * 8 << " bits";
+            }
         }
     }
 }
