@@ -7,8 +7,6 @@
 #include <pixman.h>
 #include <stb_image.h>
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -255,7 +253,7 @@ class RatioReporter : public benchmark::ConsoleReporter
                 times[run.run_name.str()].push_back(run.GetAdjustedRealTime());
             else
                 shown.push_back(run);
-        ConsoleReporter::ReportRuns(shown.empty() ? runs : shown);
+        if (!shown.empty()) ConsoleReporter::ReportRuns(shown);
     }
 };
 
@@ -298,13 +296,6 @@ int main(int argc, char** argv)
         benchmark::RegisterBenchmark((std::string("ours/") + f).c_str(), OursDecode, f);
         benchmark::RegisterBenchmark((std::string("stb_image/") + f).c_str(), StbDecode, f);
     }
-    // Large blocks from the heap, always: by default glibc maps a block over 128 KiB afresh
-    // (its every page faulted in on first touch) until the first such block is freed,
-    // after which its threshold rises and the same sizes come from the heap. Whichever
-    // benchmark ran first paid the faults, and the decoders' ratios swung by up to 3 x
-    // from run to run with the order.
-    mallopt(M_MMAP_THRESHOLD, 256 << 20);
-    mallopt(M_TRIM_THRESHOLD, 512 << 20);
     // Nine repetitions in random order, so that a slow moment of the machine falls on
     // either side of a ratio. Arguments given on the command line come later and override
     // these.
