@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tlhelp32.h>
+
 #include <algorithm>
 #include <functional>
 #include <future>
@@ -572,59 +574,117 @@ TEST(LauncherRuns, TheDirectXFolderOnTheMediaAndOnWindows95)
     RunRows("directx");
 }
 
+namespace
+{
+// The launchers' visible windows (framework classes), and the running programs named
+// Launcher.exe.
+int LauncherWindows(HWND* last = nullptr)
+{
+    int count = 0;
+    FindTopLevelWindow(
+        [&](HWND w)
+        {
+            if (IsWindowVisible(w) && ClassOf(w).rfind("CltWin:", 0) == 0 && ++count && last)
+                *last = w;
+            return false;
+        });
+    return count;
+}
+int LauncherProcesses()
+{
+    HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32 entry = {};
+    entry.dwSize = sizeof entry;
+    int count = 0;
+    for (BOOL more = Process32First(all, &entry); more; more = Process32Next(all, &entry))
+        count += _stricmp(entry.szExeFile, "Launcher.exe") == 0;
+    CloseHandle(all);
+    return count;
+}
+bool WaitUntil(const std::function<bool()>& holds)
+{
+    for (int i = 0; i < 600; ++i, Sleep(100))
+        if (holds()) return true;
+    return holds();
+}
+} // namespace
+
+// Twenty launchers started at the same moment: exactly one goes on (to its version box, to
+// its window, or, for copies on the media, the installed launcher to its window) and the
+// others end quietly with exit code 0. A launcher that goes on holds the launcher mutex
+// until it ends, so nothing is answered or closed until all others have ended.
 TEST(LauncherSingleInstance, TwentyLaunchersAtOnceLeaveOne)
 {
-    std::string folder = Fresh("twenty");
-    Ini ini("Twenty");
-    demo::MakeProduct(folder, ini);
-    DeleteRegTree(ini.RegistryKey());
-    // Each shows its version box only after it has taken the launcher mutex, and holds
-    // the mutex while the box is open: nobody answers until all others have ended.
-    std::vector<std::future<RunResult>> runs;
-    for (int i = 0; i < 20; ++i)
-        runs.push_back(std::async(std::launch::async,
-                                  [&]
-                                  {
-                                      RunOptions run;
-                                      run.program = Join(folder, "Launcher.exe");
-                                      run.arguments = "-V";
-                                      run.leaveBoxesToUser = true;
-                                      run.timeoutMs = 60000;
-                                      return RunProgram(run);
-                                  }));
-    auto ended = [&]
+    struct Row
     {
-        return std::count_if(
-            runs.begin(), runs.end(),
-            [](auto& f)
-            { return f.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
-    };
-    for (int i = 0; i < 600 && ended() < 19; ++i)
-        Sleep(100);
-    EXPECT_EQ(ended(), 19);
-    HWND box = nullptr;
-    for (int i = 0; i < 100 && !(box = FindMessageBox("Tarn")); ++i)
-        Sleep(50);
-    ASSERT_NE(box, nullptr);
-    PostMessageA(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+        const char* what;
+        const char* args;
+        bool media;
+    } rows[] = {{"version box", "-V", false}, {"window", "", false}, {"hand-over", "", true}};
+    for (const Row& row : rows)
+    {
+        std::string folder = Fresh("twenty"), installed = Fresh("twenty-installed");
+        Ini ini("Twenty");
+        demo::MakeProduct(folder, ini);
+        DeleteRegTree(ini.RegistryKey());
+        if (row.media)
+        {
+            demo::MakeProduct(installed, ini);
+            demo::MarkInstalled(ini, installed);
+            SetRegString(ini.RegistryKey(), "Source Dir", "E:\\");
+        }
+        std::vector<std::future<RunResult>> runs;
+        for (int i = 0; i < 20; ++i)
+            runs.push_back(std::async(std::launch::async,
+                                      [&]
+                                      {
+                                          RunOptions run;
+                                          run.program = Join(folder, "Launcher.exe");
+                                          run.arguments = row.args;
+                                          run.leaveBoxesToUser = true;
+                                          run.timeoutMs = 60000;
+                                          return RunProgram(run);
+                                      }));
+        auto ended = [&]
+        {
+            return std::count_if(
+                runs.begin(), runs.end(),
+                [](auto& f)
+                { return f.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+        };
+        EXPECT_TRUE(WaitUntil([&] { return ended() == (row.media ? 20 : 19); })) << row.what;
+        if (*row.args)
+        {
+            HWND box = nullptr;
+            EXPECT_TRUE(WaitUntil([&] { return (box = FindMessageBox("Tarn")) != nullptr; }));
+            PostMessageA(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+        }
+        else
+        {
+            EXPECT_TRUE(WaitUntil([] { return LauncherProcesses() == 1; })) << row.what;
+            HWND window = nullptr;
+            EXPECT_TRUE(WaitUntil([&] { return LauncherWindows(&window) == 1; })) << row.what;
+            EXPECT_EQ(FindMessageBox("Tarn"), nullptr) << row.what;
+            PostMessageA(window, WM_CLOSE, 0, 0);
+            EXPECT_TRUE(WaitUntil([] { return LauncherProcesses() == 0; })) << row.what;
+        }
 
-    // Launchers that start together also see each other's momentary test of the game's
-    // mutex, so a refused launcher reports either a running launcher or a running game.
-    int running = 0, refused = 0;
-    for (auto& f : runs)
-    {
-        RunResult r = f.get();
-        EXPECT_EQ(r.exitCode, 0u);
-        EXPECT_FALSE(r.timedOut);
-        std::vector<std::string> lines = Lines(r);
-        running += HasLine(r, "LfxMain: Launcher, Game are not running.");
-        bool refusedHere = HasLine(r, "LfxMain: Launcher is already running.") ||
-                           HasLine(r, "LfxMain: Game is already running.");
-        refused += refusedHere;
-        bool ran = HasLine(r, "LfxMain: Launcher, Game are not running.");
-        if (!refusedHere && !ran && lines.size() > 3)
-            ADD_FAILURE() << "last lines: " << lines[lines.size() - 3];
+        // Launchers that start together also see each other's momentary test of the game's
+        // mutex, so a refused launcher reports either a running launcher or a running game.
+        int running = 0, refused = 0, handedOver = 0;
+        for (auto& f : runs)
+        {
+            RunResult r = f.get();
+            EXPECT_EQ(r.exitCode, 0u) << row.what;
+            EXPECT_FALSE(r.timedOut) << row.what;
+            running += HasLine(r, "LfxMain: Launcher, Game are not running.");
+            refused += HasLine(r, "LfxMain: Launcher is already running.") ||
+                       HasLine(r, "LfxMain: Game is already running.");
+            handedOver += HasLine(r, kHandOver);
+        }
+        EXPECT_EQ(running, row.media ? 0 : 1) << row.what;
+        EXPECT_EQ(refused, row.media ? 0 : 19) << row.what;
+        EXPECT_EQ(handedOver, row.media ? 20 : 0) << row.what;
+        DeleteRegTree(ini.RegistryKey());
     }
-    EXPECT_EQ(running, 1);
-    EXPECT_EQ(refused, 19);
 }
