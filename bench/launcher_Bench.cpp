@@ -207,21 +207,8 @@ class Program
     void Close()
     {
         if (!m_info.hProcess) return;
-        struct Search
-        {
-            DWORD pid;
-            HWND found;
-        } search = {m_info.dwProcessId, nullptr};
-        EnumWindows(
-            [](HWND w, LPARAM p)
-            {
-                auto* s = reinterpret_cast<Search*>(p);
-                DWORD pid = 0;
-                GetWindowThreadProcessId(w, &pid);
-                if (pid == s->pid && IsWindowVisible(w)) s->found = w;
-                return s->found ? FALSE : TRUE;
-            },
-            reinterpret_cast<LPARAM>(&search));
+        Search search = {m_info.dwProcessId, nullptr};
+        EnumWindows(FindVisible, reinterpret_cast<LPARAM>(&search));
         if (search.found) PostMessageA(search.found, WM_CLOSE, 0, 0);
         if (WaitForSingleObject(m_info.hProcess, kWaitMs) != WAIT_OBJECT_0)
             TerminateProcess(m_info.hProcess, 1);
@@ -231,6 +218,19 @@ class Program
     }
 
   private:
+    struct Search
+    {
+        DWORD pid;
+        HWND found;
+    };
+    static BOOL CALLBACK FindVisible(HWND w, LPARAM p)
+    {
+        auto* s = reinterpret_cast<Search*>(p);
+        DWORD pid = 0;
+        GetWindowThreadProcessId(w, &pid);
+        if (pid == s->pid && IsWindowVisible(w)) s->found = w;
+        return s->found ? FALSE : TRUE;
+    }
     PROCESS_INFORMATION m_info = {};
 };
 
