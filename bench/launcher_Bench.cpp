@@ -87,6 +87,18 @@ Series Ratios(const Series& ours, const Series& theirs)
     return r;
 }
 
+// A top-down 32-bit DIB's description.
+BITMAPINFO TopDown32(int width, int height)
+{
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    return info;
+}
+
 // The screen under a rectangle, read back as 0x00RRGGBB pixels.
 class ScreenArea
 {
@@ -94,12 +106,7 @@ class ScreenArea
     explicit ScreenArea(const RECT& r)
         : m_rect(r), m_width(r.right - r.left), m_height(r.bottom - r.top)
     {
-        BITMAPINFO info = {};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = m_width;
-        info.bmiHeader.biHeight = -m_height;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
+        BITMAPINFO info = TopDown32(m_width, m_height);
         m_screen = GetDC(nullptr);
         m_dc = CreateCompatibleDC(m_screen);
         void* bits = nullptr;
@@ -175,12 +182,7 @@ std::vector<uint32_t> ReadPicture(const std::string& path, int& width, int& heig
     if (!picture || !GetObjectA(picture, sizeof size, &size)) return {};
     width = size.bmWidth, height = size.bmHeight;
     std::vector<uint32_t> pixels(size_t(width) * height);
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
+    BITMAPINFO info = TopDown32(width, height);
     HDC screen = GetDC(nullptr);
     GetDIBits(screen, picture, 0, height, pixels.data(), &info, DIB_RGB_COLORS);
     ReleaseDC(nullptr, screen);
@@ -316,7 +318,8 @@ void TimeRegion(const std::string& data)
     if (region) SetWindowRgn(g_window, region, TRUE);
 }
 
-// The two fonts made and each drawn once, which is when the system finds and reads them.
+// The two fonts made as the launcher makes them, and each drawn once, which is when the
+// system finds and reads them.
 void TimeFonts(const std::string&)
 {
     HDC screen = GetDC(nullptr);
