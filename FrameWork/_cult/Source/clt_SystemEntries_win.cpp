@@ -1,5 +1,6 @@
 // The library search limited to the system folder; the sound library's and video for
-// windows' entries, from the system folder's copies.
+// windows' entries, from the system folder's copies, and the common controls' entry, from
+// the copy the manifest names.
 #include "FrameWork/_cult/Source/clt_SystemEntries.h"
 
 #include "FrameWork/_cult/Source/clt_Init.h"
