@@ -395,27 +395,3 @@ TEST(LfxActions, UninstallerWithoutUninstallStringIsFatal)
                                                   "FrameWork/_lfx/Source/lfx_System", 1044));
     EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_RETRYCANCEL | MB_ICONHAND));
 }
-
-// A retail product asks for its disc, task-modally, until the volume carries the label or
-// the player gives up; the text depends on the number of discs.
-TEST(LfxChecks, MissingMediaAreAskedForUntilThePlayerGivesUp)
-{
-    std::string root = Join(TestRoot(), "media");
-    for (const char* disks : {"1", "2"})
-    {
-        SCOPED_TRACE(disks);
-        demo::Ini ini("MediaAsk");
-        ini.Set("Startup", "Disks", disks);
-        Prepare(root, ini);
-        g_Env.Set("SourceDir", "H:\\", true); // a disc labelled OTHER
-        int result = -1;
-        auto boxes = Answering({IDOK, IDCANCEL}, [&] { result = g_LfxMain.CheckMedia(); });
-        EXPECT_EQ(result, 0);
-        ASSERT_EQ(boxes.size(), 2u); // asked again after OK
-        for (const MessageBoxRecord& box : boxes)
-        {
-            EXPECT_EQ(box.text, Text(std::string(disks) == "1" ? 0x5002 : 0x5003));
-            EXPECT_EQ(StyleOf(box), 0x2031u);
-        }
-    }
-}
