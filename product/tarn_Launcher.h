@@ -65,12 +65,15 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     LRESULT OnMouseLeave();
     LRESULT OnLButtonDown(LPARAM lParam);
     LRESULT OnLButtonDblClk();
+    LRESULT OnGetObject(WPARAM wParam, LPARAM lParam);
+    LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
     LRESULT CloseSequence();
     LRESULT ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam);
     void ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x);
     void ShowTitleHover(int32_t x, int32_t y);
     void ShowCaption(bool active);
     void CreateWidgets();
+    void LoadSmallIcon();
     void ApplyRegion();
     void ShowFirstPage();
     void MessageLoop();
@@ -90,6 +93,7 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     HFONT m_hCaptionFont = nullptr;
     HFONT m_hButtonFont = nullptr;
     HDRAWDIB m_hDrawDib = nullptr;
+    int32_t m_nDpi = 96;          // the window's: skin, fonts and layout are scaled by m_nDpi / 96
     bool m_bLeaveTracked = false; // a WM_MOUSELEAVE is asked for
     LfxPageSurface m_Surface;     // the page buttons' surface and the focus memory
 };

@@ -7,8 +7,10 @@
 #include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_cult/Source/clt_ImageButton.h"
 #include "FrameWork/_cult/Source/clt_ImagePanel.h"
+#include "FrameWork/_cult/Source/clt_Scale.h"
 #include "FrameWork/_cult/Source/clt_State.h"
 #include "FrameWork/_cult/Source/clt_SystemEntries.h"
+#include "FrameWork/_cult/Source/clt_TextButton.h"
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
 #include "FrameWork/_lfx/Source/lfx_EnvNames.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
@@ -40,15 +42,17 @@ int CTarnLauncher::Run()
 {
     m_pCaption = nullptr;
     m_pCloseButton = m_pMinimiseButton = nullptr;
-    CreateFonts();
-    clt_InitCommonControls();
+    // The window opens on the main screen, whose DPI the desktop's context reports to a
+    // program that declares itself aware of each screen's DPI (the manifest does).
     HDC screen = GetDC(GetDesktopWindow());
+    m_nDpi = clt_UsableDpi(GetDeviceCaps(screen, LOGPIXELSY));
     if (GetDeviceCaps(screen, BITSPIXEL) <= 8) m_hDrawDib = clt_DrawDibOpen();
     ReleaseDC(GetDesktopWindow(), screen);
-    m_Skin.Load(g_Env[lfx_env::DataDir]);
+    CreateFonts();
+    clt_InitCommonControls();
+    m_Skin.Load(g_Env[lfx_env::DataDir], m_nDpi);
     m_hArrow = LoadCursorA(nullptr, IDC_ARROW);
-    m_hSmallIcon = static_cast<HICON>(
-        LoadImageA(Instance(), MAKEINTRESOURCEA(1), IMAGE_ICON, kIconSize, kIconSize, 0));
+    LoadSmallIcon();
     CltString windowClass;
     clt_RegisterWindowClass(windowClass, CS_DBLCLKS, m_hArrow, nullptr,
                             LoadIconA(Instance(), MAKEINTRESOURCEA(1)));
@@ -81,14 +85,22 @@ void CTarnLauncher::CreateFonts()
                                                                                  : DEFAULT_CHARSET;
     DeleteObject(m_hCaptionFont);
     DeleteObject(m_hButtonFont);
-    m_hCaptionFont = CreateSkinFont("Arial Bold", -15, charset);
-    m_hButtonFont = CreateSkinFont("Arial", -30, charset);
+    m_hCaptionFont = CreateSkinFont("Arial Bold", clt_Scale(-15, m_nDpi), charset);
+    m_hButtonFont = CreateSkinFont("Arial", clt_Scale(-30, m_nDpi), charset);
+}
+
+void CTarnLauncher::LoadSmallIcon()
+{
+    if (m_hSmallIcon) DestroyIcon(m_hSmallIcon);
+    int32_t size = clt_Scale(kIconSize, m_nDpi);
+    m_hSmallIcon =
+        static_cast<HICON>(LoadImageA(Instance(), MAKEINTRESOURCEA(1), IMAGE_ICON, size, size, 0));
 }
 
 // A region file the system refuses, or none, leaves the window rectangular.
 void CTarnLauncher::ApplyRegion()
 {
-    if (HRGN region = m_Skin.CreateRegion()) SetWindowRgn(m_hWnd, region, TRUE);
+    if (HRGN region = m_Skin.CreateRegion(m_nDpi)) SetWindowRgn(m_hWnd, region, TRUE);
 }
 
 void CTarnLauncher::CreateWidgets()
@@ -96,6 +108,7 @@ void CTarnLauncher::CreateWidgets()
     m_pRoot = new CltWindowRoot;
     CltRect root(m_rcRoot.left, m_rcRoot.top, m_rcRoot.right, m_rcRoot.bottom);
     m_pRoot->Create(nullptr, root, CltWidgetVisible, 0);
+    m_pRoot->SetDpi(m_nDpi);
     m_pRoot->Attach(m_hWnd);
     m_pBackground = static_cast<CltImagePanel*>(
         m_pRoot->CreateChild(g_ImagePanelFactory, root, CltWidgetVisible, kBackgroundId));
@@ -180,6 +193,8 @@ LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_MOUSELEAVE: return OnMouseLeave();
     case WM_LBUTTONDOWN: return OnLButtonDown(lParam);
     case WM_LBUTTONDBLCLK: return OnLButtonDblClk();
+    case WM_GETOBJECT: return OnGetObject(wParam, lParam);
+    case WM_DPICHANGED: return OnDpiChanged(wParam, lParam);
     default: return CltWindow::WindowProc(message, wParam, lParam);
     }
 }
@@ -265,7 +280,9 @@ LRESULT CTarnLauncher::Paint(PAINTSTRUCT& ps)
             BitBlt(ps.hdc, area.left, area.top, area.Width(), area.Height(), canvas.Context(),
                    area.left, area.top, SRCCOPY);
     }
-    DrawIconEx(ps.hdc, kIconX, kIconY, m_hSmallIcon, kIconSize, kIconSize, 0, nullptr, DI_NORMAL);
+    int32_t size = clt_Scale(kIconSize, m_nDpi);
+    DrawIconEx(ps.hdc, clt_Scale(kIconX, m_nDpi), clt_Scale(kIconY, m_nDpi), m_hSmallIcon, size,
+               size, 0, nullptr, DI_NORMAL);
     return 0;
 }
 
@@ -312,7 +329,9 @@ LRESULT CTarnLauncher::OnMouseMove(LPARAM lParam)
         TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, m_hWnd, 0};
         m_bLeaveTracked = TrackMouseEvent(&leave) != FALSE;
     }
-    ShowTitleHover(int16_t(LOWORD(lParam)), int16_t(HIWORD(lParam)));
+    // The hover areas are design coordinates.
+    auto design = [this](int32_t v) { return v * kCltDesignDpi / m_nDpi; };
+    ShowTitleHover(design(int16_t(LOWORD(lParam))), design(int16_t(HIWORD(lParam))));
     return 0;
 }
 
@@ -358,6 +377,59 @@ LRESULT CTarnLauncher::OnLButtonDown(LPARAM lParam)
     return OnMouseMove(lParam);
 }
 
+// Screen readers get the page's buttons and the title buttons; the system describes the
+// window's frame.
+LRESULT CTarnLauncher::OnGetObject(WPARAM wParam, LPARAM lParam)
+{
+    LRESULT answer;
+    if (m_pRoot && m_pRoot->AnswerGetObject(wParam, lParam, answer)) return answer;
+    return CltWindow::WindowProc(WM_GETOBJECT, wParam, lParam);
+}
+
+// Moved to a screen of another DPI (or its DPI changed): skin, fonts, icon, region and
+// widgets are made again for it, the page buttons keeping their label, look and focus. The
+// window goes where the system suggests, or without a suggestion keeps its centre.
+LRESULT CTarnLauncher::OnDpiChanged(WPARAM wParam, LPARAM lParam)
+{
+    int32_t dpi = clt_UsableDpi(HIWORD(wParam)), old = m_nDpi;
+    if (dpi == old || !m_pRoot || !m_pBackground) return 0;
+    RECT was;
+    GetWindowRect(m_hWnd, &was);
+    m_nDpi = dpi;
+    CreateFonts();
+    LoadSmallIcon();
+    m_Skin.Load(g_Env[lfx_env::DataDir], m_nDpi);
+    int32_t width = m_Skin.background.Width(), height = m_Skin.background.Height();
+    m_rcWindow = m_rcRoot = RECT{0, 0, width, height};
+    m_pRoot->SetDpi(m_nDpi);
+    m_pRoot->SetRect(CltRect(0, 0, width, height));
+    m_pBackground->SetRect(CltRect(0, 0, width, height));
+    m_pBackground->SetImage(m_Skin.background, 0, 0);
+    m_Surface.buttonFont = m_hButtonFont;
+    for (CltWidget* w = m_pBackground->FirstChild(); w; w = w->NextSibling())
+        if (auto* button = dynamic_cast<CltTextButton*>(w))
+        {
+            auto design = [old](int32_t v) { return (v * kCltDesignDpi + old / 2) / old; };
+            int32_t x = clt_Scale(design(w->Rect().left), dpi),
+                    y = clt_Scale(design(w->Rect().top), dpi);
+            CltString label = button->Describe().name;
+            button->SetRect(CltRect(x, y, x, y));
+            button->SetContent(m_hButtonFont, label.c_str(), m_Surface.normal, m_Surface.pressed,
+                               m_Surface.focused);
+        }
+    CltString title = m_strTitle;
+    SetTitle(title.c_str());
+    ShowCaption(GetActiveWindow() == m_hWnd);
+    ApplyRegion();
+    const RECT* suggested = reinterpret_cast<const RECT*>(lParam);
+    POINT at = suggested
+                   ? POINT{suggested->left, suggested->top}
+                   : POINT{(was.left + was.right - width) / 2, (was.top + was.bottom - height) / 2};
+    SetWindowPos(m_hWnd, nullptr, at.x, at.y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    InvalidateRect(m_hWnd, nullptr, FALSE);
+    return 0;
+}
+
 // Shift + Ctrl + double-click shows the version text.
 LRESULT CTarnLauncher::OnLButtonDblClk()
 {
@@ -369,7 +441,7 @@ LRESULT CTarnLauncher::OnLButtonDblClk()
 void CTarnLauncher::ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x)
 {
     button->SetImage(image, CltCell(), CltCell(), CltCell());
-    button->MoveTo(x, 0);
+    button->MoveTo(clt_Scale(x, m_nDpi), 0);
 }
 
 // One caption bar at a time: the previous one and its buttons go with the new title.
@@ -379,14 +451,17 @@ void CTarnLauncher::SetTitle(const char* text)
     if (!m_pBackground) return;
     if (m_pCaption) m_pBackground->RemoveChild(m_pCaption);
     m_pCaption = static_cast<CltCaptionBar*>(m_pBackground->CreateChild(
-        g_CaptionBarFactory, CltRect(0, 0, 500, 30), CltWidgetVisible, kCaptionId));
+        g_CaptionBarFactory, CltRect(0, 0, clt_Scale(500, m_nDpi), clt_Scale(30, m_nDpi)),
+        CltWidgetVisible, kCaptionId));
     m_pCaption->SetContent(m_Skin.active, m_strTitle.c_str(), m_hCaptionFont);
     m_pMinimiseButton = static_cast<CltImageButton*>(
         m_pCaption->CreateChild(g_ImageButtonFactory, CltRect(), CltWidgetVisible, kMinimiseId));
     ShowTitleImage(m_pMinimiseButton, m_Skin.minimize, kMinimiseX);
+    m_pMinimiseButton->SetName("Minimize");
     m_pCloseButton = static_cast<CltImageButton*>(
         m_pCaption->CreateChild(g_ImageButtonFactory, CltRect(), CltWidgetVisible, kCloseId));
     ShowTitleImage(m_pCloseButton, m_Skin.close, kCloseX);
+    m_pCloseButton->SetName("Close");
 }
 
 int CTarnLauncher::OnWindowReady()

@@ -3,10 +3,12 @@
 
 #include "FrameWork/_cult/Source/clt_ImageFile.h"
 #include "FrameWork/_cult/Source/clt_RegionData.h"
+#include "FrameWork/_cult/Source/clt_Scale.h"
 #include "FrameWork/_lfx/Source/lfx_Path.h"
 
 #include <cstring>
 #include <initializer_list>
+#include <vector>
 
 namespace
 {
@@ -53,9 +55,32 @@ void StandInPageButton(CltImage& image, int32_t width, int32_t height)
     if (Readable(image)) return;
     if (image.Create(g_pfArgb32, width, height, OriginTopLeft)) Fill(image, 0);
 }
+void ScaleShared(CltImageRef& image, int32_t dpi, CltScaleMode mode)
+{
+    if (dpi == kCltDesignDpi || image.IsEmpty() || !Readable(*image.Image())) return;
+    CltImageRef scaled;
+    if (scaled.Create(clt_Scale(image.Width(), dpi), clt_Scale(image.Height(), dpi),
+                      OriginTopLeft) &&
+        clt_ScaleImage(*image.Image(), *scaled.Image(), mode))
+        image = scaled;
+}
+
+// An image cannot be moved: it is made again at the new size and the pixels copied back.
+void ScalePlain(CltImage& image, int32_t dpi)
+{
+    if (dpi == kCltDesignDpi || !Readable(image) || !image.ConvertTo(g_pfArgb32)) return;
+    CltImage scaled;
+    if (!scaled.Create(g_pfArgb32, clt_Scale(image.m_nWidth, dpi), clt_Scale(image.m_nHeight, dpi),
+                       OriginTopLeft) ||
+        !clt_ScaleImage(image, scaled, ScaleArea) ||
+        !image.Create(g_pfArgb32, scaled.m_nWidth, scaled.m_nHeight, OriginTopLeft))
+        return;
+    for (int32_t y = 0; y < scaled.m_nHeight; ++y)
+        memcpy(image.PixelAddress(0, y), scaled.PixelAddress(0, y), size_t(scaled.m_nWidth) * 4);
+}
 } // namespace
 
-void CTarnSkin::Load(const CltString& dataDir)
+void CTarnSkin::Load(const CltString& dataDir, int32_t dpi)
 {
     Release();
     m_pRegion = ReadWholeFile(CLTID_FileStream, JoinPath(dataDir, "product.rgn").c_str());
@@ -83,7 +108,14 @@ void CTarnSkin::Load(const CltString& dataDir)
             break;
         }
     for (CltImage* face : {&unselect, &pressed, &focused})
+    {
         StandInPageButton(*face, width, height);
+        ScalePlain(*face, dpi);
+    }
+    for (CltImageRef* image : {&background, &active, &inactive})
+        ScaleShared(*image, dpi, ScaleArea);
+    for (CltImageRef* image : {&close, &minimize, &ovrclose, &ovrmin, &selclose, &selmin})
+        ScaleShared(*image, dpi, ScaleNearest);
 }
 
 void CTarnSkin::Release()
@@ -98,13 +130,20 @@ void CTarnSkin::Release()
     m_pRegion = nullptr;
 }
 
-HRGN CTarnSkin::CreateRegion() const
+HRGN CTarnSkin::CreateRegion(int32_t dpi) const
 {
     if (!m_pRegion) return nullptr;
     // The block is two bytes longer than the file; those two never count.
     uint32_t fileSize = m_pRegion->GetSize() - 2;
     const auto* data = static_cast<const uint8_t*>(m_pRegion->Lock());
     uint32_t size = clt_GetRegionDataSize(data, fileSize);
+    std::vector<uint8_t> scaled;
+    if (size && dpi != kCltDesignDpi)
+    {
+        scaled.assign(data, data + size);
+        clt_ScaleRegionData(scaled.data(), size, dpi);
+        data = scaled.data();
+    }
     HRGN region =
         size ? ExtCreateRegion(nullptr, size, reinterpret_cast<const RGNDATA*>(data)) : nullptr;
     m_pRegion->Unlock();

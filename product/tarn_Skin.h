@@ -8,6 +8,10 @@
 // empty. Without a background the window takes the design size and a plain colour;
 // without a usable region file it stays rectangular. No byte past the end of the region
 // file is read.
+//
+// On a screen of another DPI than 96 every image is scaled once, as it is loaded, by
+// dpi / 96 (the title buttons by nearest pixels, which keeps their key colour; the others
+// by area, which keeps edges sharp), and the region's rectangles with them.
 // (Windows only.)
 #pragma once
 
@@ -33,12 +37,13 @@ class CTarnSkin
     CTarnSkin& operator=(const CTarnSkin&) = delete;
     ~CTarnSkin() { Release(); }
 
-    // Reads every file from the folder, in the order of the skin table.
-    void Load(const CltString& dataDir);
+    // Reads every file from the folder, in the order of the skin table, for a window of
+    // that DPI.
+    void Load(const CltString& dataDir, int32_t dpi = 96);
     void Release();
     // The region of product.rgn, or null when the file is missing, shorter than its header
     // says, or refused by the system. The caller owns the region.
-    HRGN CreateRegion() const;
+    HRGN CreateRegion(int32_t dpi = 96) const;
     bool HasRegionFile() const { return m_pRegion != nullptr; }
 
     CltImageRef background, active, inactive, close, minimize, ovrclose, ovrmin, selclose, selmin;

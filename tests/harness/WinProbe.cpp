@@ -21,10 +21,19 @@
 //             6 (its manifest asks for today's look), 5 for the plain library, 0 for none
 //   icons     prints what the window answers for its big, small and small-2 icons: "icon"
 //             for a real icon, 0 for none (the class icon is shown), else "bad"
+//   dpi N     tells the window that its screen's DPI is now N, as Windows does when the
+//             window moves to a screen of another DPI (without a suggested rectangle: a
+//             pointer cannot cross into another process)
+//   readers   as a screen reader: the client's accessible object, then each child, one
+//             line each: "id|name|role|states|default action"
+//   press N   as a screen reader: the default action of child N
+//   tab       as a screen reader listening for focus events while Tab is pressed in the
+//             window: prints "id|name" of the child the event names
 // Exit code 0 when the window was found, 1 when not, 2 on usage.
 #include "harness/wine_Harness.h"
 
 #include <windows.h>
+#include <oleacc.h>
 #include <psapi.h>
 
 #include <algorithm>
@@ -94,6 +103,61 @@ unsigned long CommonControlsVersion(HANDLE process)
     return version;
 }
 
+// The object and child a screen reader would speak of. (The accessibility interface's id is
+// taken by value: in a statically linked program the import library's symbol is a thunk.)
+IAccessible* ClientObject(HWND w)
+{
+    IAccessible* object = nullptr;
+    AccessibleObjectFromWindow(w, DWORD(OBJID_CLIENT), __uuidof(IAccessible),
+                               reinterpret_cast<void**>(&object));
+    return object;
+}
+
+std::string Text(BSTR text)
+{
+    std::string out;
+    for (const OLECHAR* c = text; c && *c; ++c)
+        out += *c < 128 ? char(*c) : '?';
+    SysFreeString(text);
+    return out;
+}
+
+std::string Describe(IAccessible* object, long id)
+{
+    VARIANT child = {}, role = {}, state = {};
+    child.vt = VT_I4, child.lVal = id;
+    BSTR name = nullptr, action = nullptr;
+    object->get_accName(child, &name);
+    object->get_accRole(child, &role);
+    object->get_accState(child, &state);
+    object->get_accDefaultAction(child, &action);
+    std::string states;
+    for (auto [flag, word] : {std::pair<long, const char*>{STATE_SYSTEM_FOCUSABLE, "focusable"},
+                              {STATE_SYSTEM_FOCUSED, "focused"},
+                              {STATE_SYSTEM_PRESSED, "pressed"}})
+        if (state.vt == VT_I4 && (state.lVal & flag))
+            states += (states.empty() ? "" : " ") + std::string(word);
+    const char* roleName = role.vt != VT_I4                      ? "?"
+                           : role.lVal == ROLE_SYSTEM_CLIENT     ? "client"
+                           : role.lVal == ROLE_SYSTEM_PUSHBUTTON ? "button"
+                                                                 : "other";
+    return std::to_string(id) + "|" + Text(name) + "|" + roleName + "|" + states + "|" +
+           Text(action);
+}
+
+std::string g_focused;
+void CALLBACK OnFocusEvent(HWINEVENTHOOK, DWORD, HWND w, LONG objectId, LONG childId, DWORD, DWORD)
+{
+    IAccessible* object = nullptr;
+    VARIANT child = {};
+    if (AccessibleObjectFromEvent(w, DWORD(objectId), DWORD(childId), &object, &child) != S_OK)
+        return;
+    BSTR name = nullptr;
+    object->get_accName(child, &name);
+    g_focused = std::to_string(childId) + "|" + Text(name);
+    object->Release();
+}
+
 // The window's process, opened for reading its modules and counters (closed by the caller).
 HANDLE OpenWindowProcess(HWND w)
 {
@@ -105,12 +169,13 @@ HANDLE OpenWindowProcess(HWND w)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3 && !(argc == 4 && !strcmp(argv[2], "shot")))
+    if (argc != 3 && !(argc == 4 && (!strcmp(argv[2], "shot") || !strcmp(argv[2], "press") ||
+                                     !strcmp(argv[2], "dpi"))))
     {
         fprintf(stderr,
                 "usage: WinProbe.exe TEXT "
                 "rect|iconic|visible|activate|region|close|endsession|resources|comctl|icons|"
-                "shot FILE\n");
+                "readers|tab|shot FILE|press N|dpi N\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
@@ -192,6 +257,43 @@ int main(int argc, char** argv)
             if (real) DeleteObject(info.hbmColor), DeleteObject(info.hbmMask);
             printf(kind == ICON_SMALL2 ? "%s\n" : "%s ", real ? "icon" : icon ? "bad" : "0");
         }
+    else if (!strcmp(command, "readers") || !strcmp(command, "press"))
+    {
+        CoInitialize(nullptr);
+        IAccessible* object = ClientObject(w);
+        if (!object) return 1;
+        long count = 0;
+        object->get_accChildCount(&count);
+        VARIANT child = {};
+        child.vt = VT_I4, child.lVal = argc == 4 ? atol(argv[3]) : 0;
+        if (argc == 4)
+            printf("%s\n", object->accDoDefaultAction(child) == S_OK ? "pressed" : "refused");
+        for (long id = 0; argc == 3 && id <= count; ++id)
+            printf("%s\n", Describe(object, id).c_str());
+        object->Release();
+    }
+    else if (!strcmp(command, "dpi"))
+    {
+        WORD dpi = WORD(atoi(argv[3]));
+        SendMessageTimeoutA(w, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), 0, SMTO_ABORTIFHUNG, 5000,
+                            nullptr);
+    }
+    else if (!strcmp(command, "tab"))
+    {
+        CoInitialize(nullptr);
+        DWORD pid = 0;
+        GetWindowThreadProcessId(w, &pid);
+        HWINEVENTHOOK hook = SetWinEventHook(EVENT_OBJECT_FOCUS, EVENT_OBJECT_FOCUS, nullptr,
+                                             OnFocusEvent, pid, 0, WINEVENT_OUTOFCONTEXT);
+        PostMessageA(w, WM_KEYDOWN, VK_TAB, 0);
+        MSG msg;
+        for (DWORD start = GetTickCount(); g_focused.empty() && GetTickCount() - start < 10000;)
+            if (MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT) == WAIT_OBJECT_0)
+                while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
+                    DispatchMessageA(&msg);
+        UnhookWinEvent(hook);
+        printf("%s\n", g_focused.c_str());
+    }
     else
         return 2;
     fflush(stdout);

@@ -18,6 +18,7 @@ import array
 import ctypes
 import math
 import os
+import random
 import shutil
 import subprocess
 import sys
@@ -79,6 +80,14 @@ def write(path, data):
 
 def xdo(*args):
     subprocess.run(["xdotool", *args], env=ENV, check=True)
+
+
+def x_position(name):
+    """Where the display has the top-level window of that title: (x, y), or None."""
+    out = subprocess.run(["xdotool", "search", "--name", f"^{name}$", "getwindowgeometry"], env=ENV,
+                         capture_output=True, text=True).stdout
+    at = [line.split()[1] for line in out.splitlines() if line.strip().startswith("Position:")]
+    return tuple(int(v) for v in at[0].split(",")) if at else None
 
 
 class _CursorImage(ctypes.Structure):
@@ -381,8 +390,9 @@ def installer_gone():
 
 
 class Launcher:
-    def __init__(self, product, args=(), size=(500, 470), park=(90, 400), home=None):
+    def __init__(self, product, args=(), size=(500, 470), park=(90, 400), home=None, dpi=96):
         self.product = product
+        self.scale = dpi / 96  # window points are given in design coordinates
         self.width, self.height = size
         self.left, self.top = (SCREEN_W - self.width) >> 1, (SCREEN_H - self.height) >> 1
         self.rest = park  # where the pointer rests: the background, no button
@@ -428,13 +438,13 @@ class Launcher:
             self.process.wait()
 
     def move(self, x, y):
-        xdo("mousemove", str(self.left + x), str(self.top + y))
+        xdo("mousemove", str(self.left + round(x * self.scale)), str(self.top + round(y * self.scale)))
 
     def park(self):
         self.move(*self.rest)
 
     def pixel(self, shot, x, y):
-        return shot.at(self.left + x, self.top + y)
+        return shot.at(self.left + round(x * self.scale), self.top + round(y * self.scale))
 
     def buttons(self, shot):
         """The looks of the page buttons, top to bottom, until the first slot without one."""
@@ -460,6 +470,16 @@ class Launcher:
         return b"".join(read_file(os.path.join(folder, f), "rb") for f in files)
 
 
+def readers(window, *buttons):
+    """What WinProbe's "readers" prints for a page: the client, the page's buttons (a "*"
+    after a name: focused, "+": pressed), the title buttons."""
+    lines = [f"0|{window}|client|focusable|"]
+    for name in buttons + ("Minimize", "Close"):
+        states = ["focusable"] * (name not in ("Minimize", "Close")) + ["focused"] * ("*" in name) + ["pressed"] * ("+" in name)
+        lines.append(f"{len(lines)}|{name.rstrip('*+')}|button|{' '.join(states)}|Press")
+    return "\n".join(lines)
+
+
 def box(title, answer):
     """Finds a message box by its title and answers it; (text, style, owner class)."""
     out = run_wine(os.path.join(BIN, "BoxProbe.exe"), title, str(answer), "15000")
@@ -478,6 +498,125 @@ def no_box(title):
 def button(k):
     """Where the pointer presses the k-th (from 0) page button."""
     return (300, 220 + 47 * k)
+
+
+# The pages of a product that is not installed, for the input storm: what each button does
+# when clicked ("page NAME", "back", a program and its argument, or "ends the walk": the
+# storm never clicks those).
+STORM_PAGES = {"INSTALL": ["ends", "page HELP", "page OPTIONS", "ends"],
+               "HELP": ["ends", "Install/Doc.exe README", "Install/Doc.exe TSGUIDE", "back"],
+               "OPTIONS": ["Install/Url.exe HOMEPAGE", "Install/Doc.exe LICENSE", "back"]}
+
+
+def storm(seed, count, left, top, region):
+    """Seeded random input over the window of a product that is not installed (its region's
+    rectangles given), and what the launcher must make of it. Returns (the events as
+    xdotool words, the pages shown in order, the programs started with their argument, the
+    window's last position). Pointer moves anywhere, clicks, double-clicks, presses that
+    wander and come back or not (on the caption they drag the window), and keys (Tab,
+    Shift+Tab, the arrows; Escape on the pages it goes back from). Nothing ends the launcher
+    or leaves it: no Exit, Install, System Check or title button is clicked, nothing is
+    pressed off the window's region, and keys go to the window under the pointer. No point
+    is within 3 pixels of an edge, and a press is never within 8 pixels of the one before
+    (that would make it a double-click's second) unless it is one."""
+    rng = random.Random(seed)
+    events, shown, started, stack = [], [], [], ["INSTALL"]
+    state = {"left": left, "top": top, "press": (-100, -100), "pointer": None, "syncs": 0}
+
+    def in_region(x, y, m):  # inside the region shrunk by m pixels (grown when m < 0)
+        return any(l + m <= x < r - m and t + m <= y < b - m for l, t, r, b in region)
+
+    def target(x, y):  # window point -> what a press there reaches; None: too near an edge
+        buttons = [(k, (194, 200 + 47 * k, 464, 240 + 47 * k)) for k in range(len(STORM_PAGES[stack[-1]]))]
+        for what, (l, t, r, b) in [("title", (436, 0, 461, 23)), ("title", (465, 0, 490, 23)),
+                                   ("caption", (0, 0, 500, 30))] + buttons:
+            if l + 3 <= x <= r - 3 and t + 3 <= y <= b - 3:
+                return what if in_region(x, y, 3) else None
+            if l - 3 <= x <= r + 3 and t - 3 <= y <= b + 3:
+                return None
+        return "background" if in_region(x, y, 3) else "outside" if not in_region(x, y, -3) else None
+
+    def point(press):
+        while True:
+            x, y = rng.randint(-40, 540), rng.randint(-40, 510)
+            t = target(x, y)
+            if t is None or press and (t in ("title", "outside") or isinstance(t, int) and STORM_PAGES[stack[-1]][t] == "ends"):
+                continue
+            px, py = state["press"]
+            if press and max(abs(state["left"] + x - px), abs(state["top"] + y - py)) <= 8:
+                continue
+            return x, y, t
+
+    def move(x, y):
+        state["pointer"] = (x, y)
+        events.append(("mousemove", str(state["left"] + x), str(state["top"] + y)))
+
+    def press(x, y):
+        move(x, y)
+        events.append(("mousedown", "1"))
+        state["press"] = (state["left"] + x, state["top"] + y)
+
+    def fire(k):
+        what = STORM_PAGES[stack[-1]][k]
+        if what.startswith("page "):
+            stack.append(what[5:])
+        elif what == "back":
+            stack.pop()
+        else:
+            return started.append(what)
+        shown.append(stack[-1])
+
+    while len(events) - state["syncs"] < count:
+        r = rng.random()
+        if r < 0.4:
+            move(*point(False)[:2])
+        elif r < 0.6:  # a click, or a double-click: its second press presses nothing
+            x, y, t = point(True)
+            press(x, y)
+            events.append(("mouseup", "1"))
+            if isinstance(t, int):
+                fire(t)
+            if r < 0.67:
+                events += [("mousedown", "1"), ("mouseup", "1")]
+        elif r < 0.75:  # a press that wanders: a click only when released over its button
+            x, y, t = point(True)
+            press(x, y)
+            if t == "caption":  # the window follows the pointer, and stays on the screen
+                dx = rng.randint(max(-60, -state["left"]), min(60, SCREEN_W - 500 - state["left"]))
+                dy = rng.randint(max(-60, -state["top"]), min(60, SCREEN_H - 470 - state["top"]))
+                events.append(("mousemove", str(state["left"] + x + dx // 2), str(state["top"] + y + dy // 2)))
+                state["left"] += dx
+                state["top"] += dy
+                move(x, y)
+                events.append(("mouseup", "1"))
+                # The display sends later events to the window where it stands on the display,
+                # which is where the launcher has moved it only once it has caught up.
+                events.append(("sync", state["left"], state["top"]))
+                state["syncs"] += 1
+                continue
+            else:
+                for _ in range(rng.randint(1, 3)):
+                    x2, y2, t2 = point(False)
+                    move(x2, y2)
+                if rng.random() < 0.5:
+                    move(x, y)
+                    t2 = t
+            events.append(("mouseup", "1"))
+            if isinstance(t, int) and t2 == t:
+                fire(t)
+        else:
+            if state["pointer"] is None or target(*state["pointer"]) in (None, "outside"):
+                x, y, t = point(False)
+                while t == "outside":
+                    x, y, t = point(False)
+                move(x, y)
+            if r > 0.95 and stack[-1] != "INSTALL":
+                events.append(("key", "Escape"))
+                stack.pop()
+                shown.append(stack[-1])
+            else:
+                events.append(("key", rng.choice(["Tab", "shift+Tab", "Left", "Right", "Up", "Down"])))
+    return events, shown, started, (state["left"], state["top"])
 
 
 def step(l, p, s):
@@ -549,6 +688,37 @@ def step(l, p, s):
         l.left, l.top = l.left + a[0], l.top + a[1]
         rect = f"{l.left} {l.top} {l.left + l.width} {l.top + l.height}"
         wait_for(lambda: l.probe("rect") == rect, f"the window at {rect}")
+    elif verb == "once":  # a probe that acts: run once, it waits for what it reports
+        expect(l.probe(a[0]), a[1], a[0])
+    elif verb == "storm":  # n seeded random events; the launcher makes of them what it must
+        seed = int(os.environ.get("STORM_SEED", a[0]))
+        print(f"input storm: seed {seed} (STORM_SEED={seed} repeats it), {a[1]} events", flush=True)
+        rgn_bytes = read_file(os.path.join(p.data, "product.rgn"), "rb")
+        region = [tuple(int.from_bytes(rgn_bytes[at + 4 * i:at + 4 * i + 4], "little", signed=True)
+                        for i in range(4)) for at in range(32, len(rgn_bytes) - 15, 16)]
+        events, shown, started, (l.left, l.top) = storm(seed, a[1], l.left, l.top, region)
+        batch = []
+        for e in events + [("sync",)]:
+            if e[0] != "sync" and len(batch) < 1000:
+                batch += e
+                continue
+            if batch:
+                xdo(*batch)
+            batch = [] if e[0] == "sync" else list(e)
+            if e[0] == "sync" and len(e) == 3:
+                wait_for(lambda: x_position("Tarn") == e[1:], f"the window dragged to {e[1:]}")
+        pages = lambda: [x for x in l.lines()[l.seen:] if x.startswith("LfxMain: Page [") and x.endswith("] shown.")]
+        wait_for(lambda: len(pages()) >= len(shown), f"{len(shown)} pages shown", timeout=600)
+        expect(pages(), [f"LfxMain: Page [{page}] shown." for page in shown], "the pages shown")
+        for program in ("Install/Doc.exe", "Install/Url.exe"):
+            want = sorted(f"args={w.split()[1]}|cwd={wine_path(p.data)}" for w in started
+                          if w.split()[0] == program)
+            wait_for(lambda: len(p.record(program)) >= len(want), f"{len(want)} starts of {program}")
+            expect(sorted(p.record(program)), want, program)
+        # Where the drags left it, and answering (a screen reader's question is answered by
+        # the window's thread).
+        expect(l.probe("rect"), f"{l.left} {l.top} {l.left + 500} {l.top + 470}", "the window's place")
+        expect(l.probe("readers").split("\n")[0], "0|Tarn|client|focusable|", "the window's answer")
     elif verb == "probe":
         seen = []
         try:
@@ -591,6 +761,15 @@ def step(l, p, s):
         expect(l.ended(), 0, "exit code")
     elif verb == "save":
         l.save_to(os.path.join(SHOTS, a[0] + ".png"))
+    elif verb == "same":  # the window, where it is now, as a picture saved before, pixel for pixel
+        saved = os.path.join(SHOTS, a[0] + ".png")
+        now = os.path.join(WORK, "same.png")
+        left, top, right, bottom = (int(v) for v in l.probe("rect").split())
+        def same():
+            Shot().save_crop(now, left, top, right - left, bottom - top)
+            return subprocess.run(["compare", "-metric", "AE", saved, now, "null:"],
+                                  capture_output=True, text=True).stderr.strip() == "0"
+        wait_for(same, f"the window as {a[0]}")
     elif verb in ("heard", "heard all"):  # the sounds so far, "~" for one cut short
         last = []
         try:
@@ -680,6 +859,20 @@ ROWS = [
         ("count", "LfxMain: Page [OPTIONS] shown.", 250),
         ("presses", 500, (300, 220), (90, 400)), ("presses", 500, (450, 12), (300, 100)),
         ("key", "Down"), ("looks", focus(5, 1)), ("resources", "same")]),
+    # A screen reader in another process reads the page's buttons and the title buttons
+    # (name, role, state, action), hears the focus move with Tab, and presses a button.
+    ("screen readers", {}, {}, [
+        ("shown", "INSTALL"), ("probe", "readers", readers("Tarn", "Install*", "Help", "Options", "Exit")),
+        ("once", "tab", "2|Help"), ("move", 2), ("down",),
+        ("probe", "readers", readers("Tarn", "Install", "Help", "Options*+", "Exit")),
+        ("away",), ("up",), ("once", "press 2", "pressed"), ("shown", "HELP"),
+        ("probe", "readers", readers("Tarn", "System Check*", "Read Me", "Troubleshooting Guide", "Back")),
+        ("once", "press 6", "pressed"), ("ends",)]),
+    # Twenty thousand seeded random pointer moves, clicks, double-clicks, drags and keys over
+    # INSTALL, HELP and OPTIONS: the pages and the programs started are exactly those the
+    # clicks and keys ask for, and the window answers where the drags left it.
+    ("input storm", {}, {}, [
+        ("shown", "INSTALL"), ("storm", 1124, 20000), ("probe", "close", ""), ("ends",)]),
     # A click fires on a release over the pressed button, after wandering off and back.
     ("help and back by pointer", {}, {}, [
         ("shown", "INSTALL"), ("move", 1), ("cursor", "left_ptr"), ("down",),
@@ -830,6 +1023,19 @@ ROWS = [
         ("key", "Escape"), ("ends",)]),
 ]
 
+# At 150 % and 200 % the window, its region, its pictures and its hit areas are scaled: the
+# pictures are kept as golden pictures. Told that its screen's DPI changed, a window opened at
+# 100 % becomes the window opened at 150 %, pixel for pixel, around the same centre.
+for dpi, size, rect, region in [(144, (750, 705), "265 159 1015 864", "78 0 0 750 699"),
+                                (192, (1000, 940), "140 42 1140 982", "78 0 0 1000 932")]:
+    ROWS.append((f"high DPI: {dpi}", {}, {"dpi": dpi, "size": size}, [
+        ("shown", "INSTALL"), ("probe", "rect", rect), ("probe", "region", region),
+        ("save", f"launcher_install_{dpi}"), ("click", 1), ("shown", "HELP"), ("key", "Escape"),
+        ("shown", "INSTALL"), ("click", 480, 12), ("ends",)]))
+ROWS.append(("high DPI: moved to a screen of 144", {}, {}, [
+    ("shown", "INSTALL"), ("once", "dpi 144", ""), ("probe", "rect", "265 159 1015 864"),
+    ("same", "launcher_install_144"), ("key", "Escape"), ("ends",)]))
+
 # On a display of 8 bits per pixel (a session of its own; not in the default run), painted
 # through DrawDib: the caption, a resting and the focused button in the palette's colours.
 ROWS.append(("8-bit: INSTALL", {}, {}, [
@@ -892,8 +1098,12 @@ def run_row(name, product, launcher, steps):
                                   env=ENV, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                   stderr=subprocess.DEVNULL)
         wait_for(lambda: read_file(log) == "ready\n", "the help viewer's window")
+    dpi = launcher.get("dpi", 96)
+    if dpi != 96:  # read by each program as it starts, for the whole row
+        run_wine("reg", "add", "HKCU\\Control Panel\\Desktop", "/v", "LogPixels", "/t", "REG_DWORD",
+                 "/d", str(dpi), "/f")
     l = Launcher(p, launcher.get("args", ()), launcher.get("size", (500, 470)),
-                 launcher.get("park", (90, 400)), home)
+                 launcher.get("park", (90, 400)), home, dpi)
     try:
         for i, s in enumerate(steps):
             try:
@@ -902,6 +1112,8 @@ def run_row(name, product, launcher, steps):
                 raise Failure(f"step {i + 1} {s[0]!r}: {e}")
     finally:
         l.close()
+        if dpi != 96:
+            run_wine("reg", "delete", "HKCU\\Control Panel\\Desktop", "/v", "LogPixels", "/f")
         if viewer:
             viewer.kill()
             viewer.wait()

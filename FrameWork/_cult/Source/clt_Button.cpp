@@ -59,3 +59,14 @@ void CltButton::Activate()
 {
     Notify(m_dwId, this);
 }
+
+void CltButton::SetName(const char* name, uint32_t codePage)
+{
+    m_strName = name;
+    m_nCodePage = codePage;
+}
+
+CltAccessibleInfo CltButton::Describe() const
+{
+    return {m_strName.c_str(), m_nCodePage, m_nState == ButtonPressed};
+}

@@ -21,6 +21,9 @@ class CltButton : public CltWidget
 {
   public:
     void SetSound(const char* path) { m_strSound = path; }
+    // The name a screen reader speaks, in the given code page (0: the system's).
+    void SetName(const char* name, uint32_t codePage = 0);
+    CltAccessibleInfo Describe() const override;
 
     void OnFocus(bool gained) override;
     void OnMouseEnter() override;
@@ -37,6 +40,8 @@ class CltButton : public CltWidget
     bool m_bPressed = false;
     int32_t m_nState = ButtonNormal;
     CltString m_strSound;
+    CltString m_strName;
+    uint32_t m_nCodePage = 0;
 
   private:
     void SetState(int32_t state);

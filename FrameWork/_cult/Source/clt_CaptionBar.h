@@ -1,8 +1,7 @@
 // CltCaptionBar: the window's title bar: a caption image copied as it is, the title drawn
-// transparently with its top-left at (25, 6), and dragging it moves the window by exactly
-// the pointer's movement. The window rectangle stored at the press accumulates the moves,
-// so the grabbed point stays under the pointer.
-// (Windows only.)
+// transparently with its top-left at (25, 6) (scaled for the window's DPI), and dragging it moves
+// the window by exactly the pointer's movement. The window rectangle stored at the press
+// accumulates the moves, so the grabbed point stays under the pointer. (Windows only.)
 #pragma once
 
 #include <windows.h>

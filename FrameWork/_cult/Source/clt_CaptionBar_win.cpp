@@ -27,7 +27,7 @@ void CltCaptionBar::Paint(CltCanvas& canvas, const CltRect&)
     DrawTextA(screen, m_strTitle.c_str(), -1, &t, DT_CALCRECT);
     SelectObject(screen, old);
     ReleaseDC(desktop, screen);
-    OffsetRect(&t, kTitleX, kTitleY);
+    OffsetRect(&t, Scaled(kTitleX), Scaled(kTitleY));
 
     old = SelectObject(dc, m_hFont);
     SetBkMode(dc, TRANSPARENT);

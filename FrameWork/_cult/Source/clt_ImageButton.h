@@ -1,5 +1,6 @@
 // CltImageButton: a button drawn from one shared image with a colour key: every pixel
-// whose 32-bit value equals the image's pixel at column 0, row 1 is left out.
+// whose 32-bit value equals the image's pixel at column 0, row 1 (of the design image, at a
+// window DPI other than 96) is left out.
 // (Windows only.)
 #pragma once
 

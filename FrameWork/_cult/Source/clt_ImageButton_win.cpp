@@ -32,14 +32,16 @@ void CltImageButton::Paint(CltCanvas& canvas, const CltRect&)
 {
     CltDibImage* image = m_Image.Image();
     CltDibImage* target = canvas.Pixels();
-    // The key is read from row 1: an image needs two rows at least.
-    if (!image || !target || image->m_nWidth < 1 || image->m_nHeight < 2) return;
+    // The key is read from row 1 of the design image, the row it became when the image was
+    // scaled (by nearest pixels) for the window's DPI: it needs that row at least.
+    int32_t keyRow = Scaled(1);
+    if (!image || !target || image->m_nWidth < 1 || image->m_nHeight <= keyRow) return;
     const CltCell& cell = m_nState == ButtonHighlighted ? m_Cells[1]
                           : m_nState == ButtonPressed   ? m_Cells[2]
                                                         : m_Cells[0];
     CltRect s = image->GetFrameRect(cell.column, cell.row);
     uint32_t key;
-    memcpy(&key, image->PixelAddress(0, 1), sizeof key);
+    memcpy(&key, image->PixelAddress(0, keyRow), sizeof key);
     std::unique_ptr<CltBlitter> blitter(CreateBlitter());
     const CltRect& origin = canvas.Origin();
     blitter->KeyBlit(*target, m_ImageRect.left - origin.left, m_ImageRect.top - origin.top, *image,

@@ -5,7 +5,8 @@
 // folder (this covers what the system's own libraries load by name on the program's
 // behalf, the theming library for one). Libraries the program would import by name and
 // that the loader does not know as its own (the sound library, video for windows, the
-// common controls) are not imported: an import is loaded before any of the program's code
+// common controls, and for screen readers COM, OLE automation and the accessibility library)
+// are not imported: an import is loaded before any of the program's code
 // runs, and the common controls load the theming library as they start. Their entries are
 // looked up on first call instead: the sound library's and video for windows' in the
 // system folder's copy, the common controls' in the copy the program's manifest names.
@@ -15,6 +16,7 @@
 
 #include <windows.h>
 
+#include <oleacc.h>
 #include <vfw.h>
 
 BOOL clt_PlaySound(const char* sound, HMODULE module, DWORD flags);
@@ -26,3 +28,8 @@ BOOL clt_DrawDibDraw(HDRAWDIB drawDib, HDC dc, int x, int y, int width, int heig
                      BITMAPINFOHEADER* header, void* bits, int sourceX, int sourceY,
                      int sourceWidth, int sourceHeight, UINT flags);
 BOOL clt_DrawDibClose(HDRAWDIB drawDib);
+
+HRESULT clt_CoInitializeEx(void* reserved, DWORD flags);
+BSTR clt_SysAllocStringLen(const OLECHAR* text, UINT length);
+LRESULT clt_LresultFromObject(REFIID id, WPARAM wParam, IUnknown* object);
+HRESULT clt_CreateStdAccessibleObject(HWND window, LONG objectId, REFIID id, void** object);

@@ -1,6 +1,6 @@
-// The library search limited to the system folder; the sound library's and video for
-// windows' entries, from the system folder's copies, and the common controls' entry, from
-// the copy the manifest names.
+// The library search limited to the system folder; the entries of the sound library, video
+// for windows, COM, OLE automation and the accessibility library, from the system folder's
+// copies, and the common controls' entry, from the copy the manifest names.
 #include "FrameWork/_cult/Source/clt_SystemEntries.h"
 
 #include "FrameWork/_cult/Source/clt_Init.h"
@@ -67,4 +67,33 @@ BOOL clt_DrawDibClose(HDRAWDIB drawDib)
     using Fn = BOOL(VFWAPI*)(HDRAWDIB);
     static const Fn close = SystemEntry<Fn>("msvfw32.dll", "DrawDibClose");
     return close ? close(drawDib) : FALSE;
+}
+
+HRESULT clt_CoInitializeEx(void* reserved, DWORD flags)
+{
+    using Fn = HRESULT(WINAPI*)(void*, DWORD);
+    static const Fn init = SystemEntry<Fn>("ole32.dll", "CoInitializeEx");
+    return init ? init(reserved, flags) : E_NOTIMPL;
+}
+
+BSTR clt_SysAllocStringLen(const OLECHAR* text, UINT length)
+{
+    using Fn = BSTR(WINAPI*)(const OLECHAR*, UINT);
+    static const Fn allocate = SystemEntry<Fn>("oleaut32.dll", "SysAllocStringLen");
+    return allocate ? allocate(text, length) : nullptr;
+}
+
+LRESULT clt_LresultFromObject(REFIID id, WPARAM wParam, IUnknown* object)
+{
+    using Fn = LRESULT(WINAPI*)(REFIID, WPARAM, IUnknown*);
+    static const Fn answer = SystemEntry<Fn>("oleacc.dll", "LresultFromObject");
+    return answer ? answer(id, wParam, object) : LRESULT(E_NOTIMPL);
+}
+
+HRESULT clt_CreateStdAccessibleObject(HWND window, LONG objectId, REFIID id, void** object)
+{
+    using Fn = HRESULT(WINAPI*)(HWND, LONG, REFIID, void**);
+    static const Fn create = SystemEntry<Fn>("oleacc.dll", "CreateStdAccessibleObject");
+    *object = nullptr;
+    return create ? create(window, objectId, id, object) : E_NOTIMPL;
 }

@@ -16,7 +16,8 @@ class CltTextButton : public CltButton
     static constexpr uint32_t kNormalColour = 0x3C78C8;
     static constexpr uint32_t kHighlightedColour = 0xAAAAAA;
     static constexpr uint32_t kPressedColour = 0xFFFFFF;
-    // The label area is the image less this margin on every side.
+    // The label area is the image less this margin (scaled for the window's DPI) on every
+    // side.
     static constexpr int32_t kMargin = 10;
 
     // The button takes the normal image's size; its top-left stays.

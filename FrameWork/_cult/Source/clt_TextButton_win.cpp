@@ -16,11 +16,20 @@ void CltTextButton::SetContent(HFONT font, const char* text, const CltImage* nor
     m_pPressed = pressed;
     m_pHighlighted = highlighted;
     m_dwTextColour = 0;
+    // A screen reader speaks the label as it reads: in the code page of the font's
+    // character set (the system's for the default set).
+    LOGFONTA face = {};
+    CHARSETINFO set = {};
+    bool known = GetObjectA(font, sizeof face, &face) &&
+                 TranslateCharsetInfo(reinterpret_cast<DWORD*>(uintptr_t(face.lfCharSet)), &set,
+                                      TCI_SRCCHARSET);
+    SetName(text, known ? set.ciACP : 0);
     int32_t width = normal ? normal->m_nWidth : 0, height = normal ? normal->m_nHeight : 0;
     SetRect(CltRect(m_Rect.left, m_Rect.top, m_Rect.left + width, m_Rect.top + height));
 
-    // A button too small for a label area (or without an image) has no label.
-    int32_t w = width - 2 * kMargin, h = height - 2 * kMargin;
+    // A button too small for a label area (or without an image) has no label. Margins and
+    // offsets are design sizes, scaled with the images for the window's DPI.
+    int32_t w = width - 2 * Scaled(kMargin), h = height - 2 * Scaled(kMargin);
     if (w <= 0 || h <= 0 || !m_TextMask.Create(g_pfGrey8, w, h, OriginTopLeft)) return;
     CltDibImage large;
     CltDC dc;
@@ -30,7 +39,7 @@ void CltTextButton::SetContent(HFONT font, const char* text, const CltImage* nor
     SetBkMode(dc.Handle(), OPAQUE);
     SetTextColor(dc.Handle(), RGB(255, 255, 255));
     SetBkColor(dc.Handle(), RGB(0, 0, 0));
-    RECT box = {0, 3, 2 * w, 2 * h + 3};
+    RECT box = {0, Scaled(3), 2 * w, 2 * h + Scaled(3)};
     DrawTextA(dc.Handle(), text, -1, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     GdiFlush(); // the section's pixels are read directly below
     dc.RestoreFont();
@@ -50,8 +59,8 @@ void CltTextButton::Paint(CltCanvas& canvas, const CltRect&)
     case ButtonPressed: background = m_pPressed, colour = kPressedColour; break;
     default: return;
     }
-    m_nTextX = 1;
-    m_nTextY = -2;
+    m_nTextX = Scaled(1);
+    m_nTextY = Scaled(-2);
     CltDibImage* target = canvas.Pixels();
     if (!target) return;
     std::unique_ptr<CltBlitter> blitter(CreateBlitter());
@@ -61,6 +70,6 @@ void CltTextButton::Paint(CltCanvas& canvas, const CltRect&)
     uint8_t tint[4];
     blitter->MixColour(0, m_dwTextColour, colour, 255, tint);
     if (m_TextMask.m_pData)
-        blitter->TintBlit(0, *target, m_TextMask, x + kMargin + m_nTextX, y + kMargin + m_nTextY,
-                          tint);
+        blitter->TintBlit(0, *target, m_TextMask, x + Scaled(kMargin) + m_nTextX,
+                          y + Scaled(kMargin) + m_nTextY, tint);
 }

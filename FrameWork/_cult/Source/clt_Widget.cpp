@@ -1,6 +1,9 @@
 // CltWidget and CltRootWidget: tree links, routing, focus, capture and hover.
 #include "FrameWork/_cult/Source/clt_Widget.h"
 
+#include "FrameWork/_cult/Source/clt_AccessibleParts.h"
+#include "FrameWork/_cult/Source/clt_Scale.h"
+
 // ---- CltWidget ------------------------------------------------------------------------
 
 CltWidget::~CltWidget()
@@ -57,6 +60,16 @@ void CltWidget::OnInitialFocus() {}
 void CltWidget::Paint(CltCanvas&, const CltRect&) {}
 void CltWidget::OnTick() {}
 void CltWidget::Activate() {}
+
+int32_t CltWidget::Scaled(int32_t v) const
+{
+    return m_pHost ? clt_Scale(v, m_pHost->Dpi()) : v;
+}
+
+CltAccessibleInfo CltWidget::Describe() const
+{
+    return {};
+}
 
 CltWidget* CltWidget::Create(CltWidget* parent, const CltRect& r, uint32_t flags, uint32_t id)
 {
@@ -240,6 +253,7 @@ void CltRootWidget::SetFocusWidget(CltWidget* w)
     m_pFocus = w;
     m_dwFocusId = w->Id();
     w->OnFocus(true);
+    AnnounceFocus(w);
 }
 
 void CltRootWidget::FocusNext()
@@ -315,8 +329,16 @@ int CltRootWidget::HandleMessage(uint32_t message, uintptr_t wParam, intptr_t lP
         return 1;
     case CltMsgKeyDown: OnKeyDown(wParam); return 1;
     case CltMsgTimer: TickTree(this); return 1;
+    case CltMsgActivatePart: ActivatePart(int32_t(wParam), uint32_t(lParam)); return 1;
     default: return 0;
     }
+}
+
+// The page may have changed since the request was posted: a part of another id is left alone.
+void CltRootWidget::ActivatePart(int32_t number, uint32_t id)
+{
+    CltWidget* w = clt_AccessiblePart(this, number);
+    if (w && w->Id() == id) w->Activate();
 }
 
 void CltRootWidget::OnKeyDown(uintptr_t key)

@@ -38,12 +38,25 @@ enum : uint32_t
     CltMsgLButtonDown = 0x0201,
     CltMsgLButtonUp = 0x0202,
     CltMsgLButtonDblClk = 0x0203,
+    // Posted by the window's accessible object: activate part wParam (see
+    // clt_AccessibleParts.h) if its id is still lParam.
+    CltMsgActivatePart = 0x8010,
     CltKeyTab = 9,
     CltKeyReturn = 13,
     CltKeyLeft = 37,
     CltKeyUp = 38,
     CltKeyRight = 39,
     CltKeyDown = 40,
+};
+
+// What a screen reader is told of a widget: its name (empty: the widget is none of the
+// parts a reader speaks, as a panel or the caption), the code page of the name's bytes (0:
+// the system's), and whether it shows pressed.
+struct CltAccessibleInfo
+{
+    const char* name = "";
+    uint32_t codePage = 0;
+    bool pressed = false;
 };
 
 // Makes one class of widget: constructs it and attaches it with Create; a widget whose
@@ -82,6 +95,7 @@ class CltWidget
     virtual void Paint(CltCanvas& canvas, const CltRect& area);
     virtual void OnTick();
     virtual void Activate();
+    virtual CltAccessibleInfo Describe() const;
 
     // Attaches the widget below parent (or, without one, checks that it is a root);
     // does not link it into the parent's child list. Returns this, or null.
@@ -95,6 +109,8 @@ class CltWidget
     // id or null source is replaced by the asked widget's id or the widget itself.
     void Notify(uint32_t id, CltWidget* source);
     void SetRect(const CltRect& r);
+    // A design coordinate or size at the DPI of the widget's window (see clt_Scale.h).
+    int32_t Scaled(int32_t v) const;
     // A widget that changes by itself (an animation) asks for OnTick while it does. The
     // window's timer runs only while some widget of the tree asks, so that an idle window
     // wakes nobody; a widget that goes stops asking.
@@ -148,9 +164,12 @@ class CltRootWidget : public CltWidget
     void FocusPrevious();
     void ActivateFocus();
     void ForgetWidget(CltWidget* w);
-    // 1 for the six messages the root handles (whether or not a widget was found), else 0.
+    // 1 for the seven messages the root handles (whether or not a widget was found), else 0.
     int HandleMessage(uint32_t message, uintptr_t wParam, intptr_t lParam);
 
+    // The window's DPI (96 at 100 %): widgets place what they draw by it.
+    void SetDpi(int32_t dpi) { m_nDpi = dpi; }
+    int32_t Dpi() const { return m_nDpi; }
     CltWidget* Focus() const { return m_pFocus; }
     uint32_t FocusId() const { return m_dwFocusId; }
     CltWidget* Hover() const { return m_pHover; }
@@ -171,6 +190,8 @@ class CltRootWidget : public CltWidget
         return false;
     }
     virtual void MoveWindow(const CltRect& r) { (void)r; }
+    // Tells screen readers that w has the focus now.
+    virtual void AnnounceFocus(CltWidget* w) { (void)w; }
     // Called when the first widget asks for ticks and when the last one stops asking.
     virtual void StartTicks() {}
     virtual void StopTicks() {}
@@ -184,6 +205,7 @@ class CltRootWidget : public CltWidget
     uint32_t m_dwFocusId = 0;
     int32_t m_nLastX = 0, m_nLastY = 0;
     int32_t m_nTickers = 0;
+    int32_t m_nDpi = 96;
 
   private:
     friend class CltWidget;
@@ -192,6 +214,7 @@ class CltRootWidget : public CltWidget
     void FocusStep(bool forward);
     void TrackPointer(uintptr_t wParam, int32_t x, int32_t y);
     void OnKeyDown(uintptr_t key);
+    void ActivatePart(int32_t number, uint32_t id);
     static void TickTree(CltWidget* w);
 };
 

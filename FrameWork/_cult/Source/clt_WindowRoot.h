@@ -1,6 +1,8 @@
 // CltWindowRoot: the root of the widget tree of one window. Repaint requests become
 // InvalidateRect without erasing, notifications become WM_COMMAND to the window, and the
 // root's system hooks are answered with this window (capture, keys, sounds, moving it).
+// Screen readers get the tree through the window's accessible object, and hear of each
+// focus change.
 // (Windows only.)
 #pragma once
 
@@ -8,9 +10,12 @@
 
 #include "FrameWork/_cult/Source/clt_Widget.h"
 
+class CltAccessible;
+
 class CltWindowRoot : public CltRootWidget
 {
   public:
+    ~CltWindowRoot() override;
     void Invalidate(const CltRect& r) override;
     // Sends WM_COMMAND (wParam the id, lParam the source) for a non-zero id; a notification
     // never goes past the root.
@@ -30,7 +35,13 @@ class CltWindowRoot : public CltRootWidget
     void MoveWindow(const CltRect& r) override;
     void StartTicks() override;
     void StopTicks() override;
+    void AnnounceFocus(CltWidget* w) override;
+
+    // Answers WM_GETOBJECT for the client area with the tree's accessible object (made on
+    // the first request); false for every other object, which the system describes.
+    bool AnswerGetObject(WPARAM wParam, LPARAM lParam, LRESULT& answer);
 
   private:
     HWND m_hWnd = nullptr;
+    CltAccessible* m_pAccessible = nullptr;
 };

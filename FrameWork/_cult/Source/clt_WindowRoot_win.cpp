@@ -1,9 +1,19 @@
 // CltWindowRoot: the widget tree's window.
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
 
+#include "FrameWork/_cult/Source/clt_Accessible.h"
+#include "FrameWork/_cult/Source/clt_AccessibleParts.h"
 #include "FrameWork/_cult/Source/clt_SystemEntries.h"
 
 #include <mmsystem.h>
+
+// A reader may hold the accessible object longer than the tree lives.
+CltWindowRoot::~CltWindowRoot()
+{
+    if (!m_pAccessible) return;
+    m_pAccessible->Disconnect();
+    m_pAccessible->Release();
+}
 
 void CltWindowRoot::Invalidate(const CltRect& r)
 {
@@ -71,4 +81,24 @@ bool CltWindowRoot::GetWindowRect(CltRect& r) const
 void CltWindowRoot::MoveWindow(const CltRect& r)
 {
     if (m_hWnd) ::MoveWindow(m_hWnd, r.left, r.top, r.Width(), r.Height(), TRUE);
+}
+
+void CltWindowRoot::AnnounceFocus(CltWidget* w)
+{
+    if (int32_t number = clt_AccessiblePartNumber(this, w); number && m_hWnd)
+        NotifyWinEvent(EVENT_OBJECT_FOCUS, m_hWnd, OBJID_CLIENT, number);
+}
+
+// The object reaches the reader's process through COM, which this thread joins on the first
+// request (a thread that joined already keeps its apartment).
+bool CltWindowRoot::AnswerGetObject(WPARAM wParam, LPARAM lParam, LRESULT& answer)
+{
+    if (LONG(lParam) != OBJID_CLIENT || !m_hWnd) return false;
+    if (!m_pAccessible)
+    {
+        clt_CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        m_pAccessible = new CltAccessible(m_hWnd, this);
+    }
+    answer = clt_LresultFromObject(__uuidof(IAccessible), wParam, m_pAccessible);
+    return true;
 }

@@ -31,16 +31,17 @@ int LfxButtonPage::Show()
     if (!list || !surface || !surface->root || !surface->panel) return 1;
     CltString sound = JoinPath(g_Env[lfx_env::DataDir], "HOVER");
     m_nButtons = 0;
-    int32_t y = kFirstY;
+    int32_t y = kFirstY; // design coordinates, scaled for the window's DPI
     // Entries past the ninth have no command number of their own and are left out.
     for (uint32_t i = 0; list[i] != 0 && i < kMaxEntries; ++i)
     {
         m_apButtons[i] = nullptr;
         if (!IsRemoved(i + 1))
         {
-            auto* button = static_cast<CltTextButton*>(
-                surface->panel->CreateChild(g_TextButtonFactory, CltRect(kFirstX, y, 0, 0),
-                                            CltWidgetVisible | CltWidgetFocusable, kFirstId + i));
+            auto* button = static_cast<CltTextButton*>(surface->panel->CreateChild(
+                g_TextButtonFactory,
+                CltRect(surface->root->Scaled(kFirstX), surface->root->Scaled(y), 0, 0),
+                CltWidgetVisible | CltWidgetFocusable, kFirstId + i));
             m_apButtons[i] = button;
             if (button)
             {

@@ -1,5 +1,7 @@
-// Pixel formats, pixel coding, image creation, addressing by origin and conversion.
+// Pixel formats, pixel coding, image creation, addressing by origin, conversion, and
+// scaling for high-DPI screens.
 #include "FrameWork/_cult/Source/clt_Image.h"
+#include "FrameWork/_cult/Source/clt_Scale.h"
 
 #include <gtest/gtest.h>
 
@@ -177,4 +179,69 @@ TEST(CltImage, ConvertToKeepsRowsAndFollowsTheChannelRules)
     const uint8_t fromGrey[8] = {7, 7, 7, 0, 250, 250, 250, 0};
     EXPECT_EQ(memcmp(indexed.m_pData, fromIndex, 8), 0);
     EXPECT_EQ(memcmp(grey.m_pData, fromGrey, 8), 0);
+}
+
+TEST(CltScale, CoordinatesRoundToTheNearestPixelHalvesUp)
+{
+    struct
+    {
+        int32_t v, dpi, scaled;
+    } cases[] = {{500, 144, 750}, {30, 192, 60}, {25, 120, 31}, {6, 120, 8},
+                 {-2, 144, -3},   {-1, 120, -1}, {7, 96, 7}};
+    for (const auto& c : cases)
+        EXPECT_EQ(clt_Scale(c.v, c.dpi), c.scaled) << c.v << " at " << c.dpi;
+    EXPECT_EQ(clt_UsableDpi(72), 96);
+    EXPECT_EQ(clt_UsableDpi(9600), kCltMaxDpi);
+}
+
+// A row of two pixels, blue-green-red-alpha: an opaque one and a second one, scaled.
+TEST(CltScale, ImagesRepeatPixelsAtWholeFactorsAndMixOnlyAtEdgesOtherwise)
+{
+    const uint32_t opaque = 0xFF1E140A, clear = 0x00463C32, grey = 0xFF808080;
+    struct
+    {
+        uint32_t second;
+        int32_t dpi;
+        CltScaleMode mode;
+        std::vector<uint32_t> row; // the target's rows are all alike
+    } cases[] = {
+        {clear, 192, ScaleArea, {opaque, opaque, clear, clear}},
+        {clear, 144, ScaleNearest, {opaque, clear, clear}},
+        // The mixed pixel's colour comes from the opaque half only.
+        {clear, 144, ScaleArea, {opaque, 0x801E140A, clear}},
+        {grey, 144, ScaleArea, {opaque, 0xFF4F4A45, grey}},
+    };
+    for (const auto& c : cases)
+    {
+        SCOPED_TRACE(c.dpi);
+        CltImage source, target;
+        ASSERT_TRUE(source.Create(g_pfArgb32, 2, 1, OriginBottomLeft));
+        memcpy(source.PixelAddress(0, 0), &opaque, 4);
+        memcpy(source.PixelAddress(1, 0), &c.second, 4);
+        ASSERT_TRUE(
+            target.Create(g_pfArgb32, clt_Scale(2, c.dpi), clt_Scale(1, c.dpi), OriginTopLeft));
+        ASSERT_TRUE(clt_ScaleImage(source, target, c.mode));
+        for (int32_t y = 0; y < target.m_nHeight; ++y)
+        {
+            std::vector<uint32_t> row(size_t(target.m_nWidth));
+            for (int32_t x = 0; x < target.m_nWidth; ++x)
+                memcpy(&row[size_t(x)], target.PixelAddress(x, y), 4);
+            EXPECT_EQ(row, c.row) << "row " << y;
+        }
+    }
+    CltImage small, grey8;
+    ASSERT_TRUE(small.Create(g_pfArgb32, 1, 1, OriginTopLeft));
+    ASSERT_TRUE(grey8.Create(g_pfGrey8, 2, 2, OriginTopLeft));
+    CltImage large;
+    ASSERT_TRUE(large.Create(g_pfArgb32, 2, 2, OriginTopLeft));
+    EXPECT_FALSE(clt_ScaleImage(large, small, ScaleArea)); // never shrinks
+    EXPECT_FALSE(clt_ScaleImage(grey8, large, ScaleArea));
+}
+
+TEST(CltScale, RegionRectanglesAndBoundsScaleTheHeaderStays)
+{
+    int32_t block[12] = {32, 1, 1, 16, 1, 2, 3, 4, 1, 2, 3, 4};
+    clt_ScaleRegionData(reinterpret_cast<uint8_t*>(block), sizeof block, 144);
+    EXPECT_EQ(std::vector<int32_t>(block, block + 12),
+              (std::vector<int32_t>{32, 1, 1, 16, 2, 3, 5, 6, 2, 3, 5, 6}));
 }

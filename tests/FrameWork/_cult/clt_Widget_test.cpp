@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "FrameWork/_cult/Source/clt_AccessibleParts.h"
 #include "FrameWork/_cult/Source/clt_Button.h"
 
 namespace
@@ -51,8 +52,11 @@ class TestRoot : public CltRootWidget
         return true;
     }
 
+    void AnnounceFocus(CltWidget* w) override { announced.push_back(w); }
+
     bool shift = false;
     CltRect window{100, 100, 600, 500};
+    std::vector<CltWidget*> announced;
     std::vector<std::pair<uint32_t, CltWidget*>> notified;
     void (*onCommand)(uint32_t) = nullptr;
 };
@@ -459,6 +463,43 @@ TEST_F(WidgetTree, AClickWhoseCommandDestroysTheButtonIsSafe)
 }
 
 } // namespace
+
+// A screen reader's numbers: named visible widgets in tree order; a hit on a part's unnamed
+// child is the part; the posted activation runs only if the part still has the id asked.
+TEST_F(WidgetTree, AccessiblePartsAreNumberedInTreeOrder)
+{
+    Plain* panel = Add<Plain>(&root, "panel", CltRect(0, 0, 400, 300), V);
+    Button* a = Add<Button>(panel, "a", CltRect(10, 10, 50, 50), V | F, 101);
+    Button* hidden = Add<Button>(panel, "hidden", CltRect(60, 10, 90, 50), F, 102);
+    Button* c = Add<Button>(panel, "c", CltRect(100, 10, 150, 50), V | F, 103);
+    Add<Plain>(c, "inner", CltRect(110, 20, 120, 30), V);
+    Button* d = Add<Button>(&root, "d", CltRect(300, 300, 350, 350), V, 104);
+    for (Button* b : {a, hidden, c, d})
+        b->SetName(b->name);
+    Add<Button>(panel, "unnamed", CltRect(200, 10, 250, 50), V | F, 105);
+    EXPECT_EQ(clt_AccessiblePartCount(&root), 3);
+    std::vector<CltWidget*> parts;
+    for (int32_t n = 0; n <= 4; ++n)
+        parts.push_back(clt_AccessiblePart(&root, n));
+    EXPECT_EQ(parts, (std::vector<CltWidget*>{nullptr, a, c, d, nullptr}));
+    EXPECT_EQ(clt_AccessiblePartNumber(&root, c), 2);
+    EXPECT_EQ(clt_AccessiblePartNumber(&root, hidden), 0);
+    struct
+    {
+        int32_t x, y, part;
+    } hits[] = {{10, 10, 1}, {115, 25, 2}, {350, 350, 3}, {5, 5, 0}, {220, 20, 0}};
+    for (const auto& h : hits)
+        EXPECT_EQ(clt_AccessiblePartAt(&root, h.x, h.y), h.part) << h.x << "," << h.y;
+
+    root.SetFocusWidget(c);
+    EXPECT_EQ(root.announced, std::vector<CltWidget*>{c});
+    Take();
+    Send(CltMsgActivatePart, 0, 0, 2);
+    root.HandleMessage(CltMsgActivatePart, 2, 101); // the id of another page's button
+    EXPECT_EQ(Take(), "");
+    root.HandleMessage(CltMsgActivatePart, 2, 103);
+    EXPECT_EQ(Take(), "c:notify103 panel:notify103");
+}
 
 TEST_F(WidgetTree, TheTimerRunsWhileSomeWidgetAsksForTicks)
 {
