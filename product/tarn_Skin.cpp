@@ -1,6 +1,8 @@
 // CTarnSkin: reading the skin files (see tarn_Skin.h).
 #include "product/tarn_Skin.h"
 
+#include "product/tarn_SkinFiles.h"
+
 #include "FrameWork/_cult/Source/clt_ImageFile.h"
 #include "FrameWork/_cult/Source/clt_RegionData.h"
 #include "FrameWork/_cult/Source/clt_Scale.h"
@@ -12,14 +14,9 @@
 
 namespace
 {
-void LoadShared(CltImageRef& image, const CltString& dataDir, const char* name)
+CltString PathOf(const CltString& dataDir, TarnSkinId id)
 {
-    image.LoadFile(JoinPath(dataDir, name).c_str());
-}
-
-void LoadPlain(CltImage& image, const CltString& dataDir, const char* name)
-{
-    LoadImageFile(CLTID_FileStream, image, JoinPath(dataDir, name).c_str());
+    return JoinPath(dataDir, kTarnSkinFiles[id].name);
 }
 
 void Fill(CltImage& pixels, uint32_t value)
@@ -83,31 +80,27 @@ void ScalePlain(CltImage& image, int32_t dpi)
 void CTarnSkin::Load(const CltString& dataDir, int32_t dpi)
 {
     Release();
-    m_pRegion = ReadWholeFile(CLTID_FileStream, JoinPath(dataDir, "product.rgn").c_str());
-    LoadShared(background, dataDir, "product.bmp");
+    m_pRegion = ReadWholeFile(CLTID_FileStream, PathOf(dataDir, SkinRegionFile).c_str());
+    CltImageRef* shared[] = {&background, &active, &inactive, &close, &minimize,
+                             &ovrclose,   &ovrmin, &selclose, &selmin};
+    CltImage* faces[] = {&unselect, &pressed, &focused};
+    for (int id = SkinBackgroundFile; id <= SkinSelectedMinimize; ++id)
+        shared[id - SkinBackgroundFile]->LoadFile(PathOf(dataDir, TarnSkinId(id)).c_str());
+    for (int id = SkinUnselect; id <= SkinFocused; ++id)
+        LoadImageFile(CLTID_FileStream, *faces[id - SkinUnselect],
+                      PathOf(dataDir, TarnSkinId(id)).c_str());
     if (background.IsEmpty() || background.Width() <= 0 || background.Height() <= 0)
         MakeFallbackBackground(background);
-    LoadShared(active, dataDir, "active.tga");
-    LoadShared(inactive, dataDir, "inactive.tga");
-    LoadShared(close, dataDir, "close.tga");
-    LoadShared(minimize, dataDir, "minimize.tga");
-    LoadShared(ovrclose, dataDir, "ovrclose.tga");
-    LoadShared(ovrmin, dataDir, "ovrmin.tga");
-    LoadShared(selclose, dataDir, "selclose.tga");
-    LoadShared(selmin, dataDir, "selmin.tga");
-    LoadPlain(unselect, dataDir, "unselect.tga");
-    LoadPlain(pressed, dataDir, "pressed.tga");
-    LoadPlain(focused, dataDir, "focused.tga");
     for (CltImageRef* image : {&close, &minimize, &ovrclose, &ovrmin, &selclose, &selmin})
         StandInTitleButton(*image);
     int32_t width = kPageButtonWidth, height = kPageButtonHeight;
-    for (const CltImage* face : {&unselect, &focused, &pressed})
-        if (Readable(*face))
+    for (TarnSkinId id : kTarnFaceSizeOrder)
+        if (const CltImage* face = faces[id - SkinUnselect]; Readable(*face))
         {
             width = face->m_nWidth, height = face->m_nHeight;
             break;
         }
-    for (CltImage* face : {&unselect, &pressed, &focused})
+    for (CltImage* face : faces)
     {
         StandInPageButton(*face, width, height);
         ScalePlain(*face, dpi);

@@ -6,6 +6,7 @@
 
 #include "FrameWork/_cult/Source/clt_ImageFile.h"
 #include "FrameWork/_cult/Source/clt_RegionData.h"
+#include "product/tarn_SkinFiles.h"
 
 #include <cstdio>
 
@@ -18,30 +19,8 @@ constexpr int32_t kPageX = 194, kPageY = 200, kPageStep = 47, kMostPageButtons =
 // A region file larger than this is not read.
 constexpr int64_t kMostRegionBytes = 16 << 20;
 
-struct SkinFile
-{
-    const char* name;
-    const char* without; // what a player sees when the file cannot be used
-};
-const SkinFile kBackground = {"product.bmp", "the window is 500 x 460 in a plain dark colour"};
-const SkinFile kCaptions[] = {
-    {"active.tga", "the caption bar shows the background while the window is active"},
-    {"inactive.tga", "the caption bar shows the background while the window is inactive"},
-};
-const SkinFile kTitleButtons[] = {
-    {"close.tga", "the close button is invisible while the pointer is elsewhere"},
-    {"minimize.tga", "the minimise button is invisible while the pointer is elsewhere"},
-    {"ovrclose.tga", "the close button is invisible while the pointer is over it"},
-    {"ovrmin.tga", "the minimise button is invisible while the pointer is over it"},
-    {"selclose.tga", "the close button is invisible while it is held down"},
-    {"selmin.tga", "the minimise button is invisible while it is held down"},
-};
-// In the order in which the launcher takes the size of a missing face from the others.
-const SkinFile kPageFaces[] = {
-    {"unselect.tga", "page buttons show only their labels in their normal look"},
-    {"focused.tga", "page buttons show only their labels while focused"},
-    {"pressed.tga", "page buttons show only their labels while pressed"},
-};
+using SkinFile = TarnSkinFile;
+const SkinFile& kBackground = kTarnSkinFiles[SkinBackgroundFile];
 
 std::string Size(int32_t width, int32_t height)
 {
@@ -78,17 +57,17 @@ class SkinCheck
                                      "width of 500");
         }
         CheckRegion(width, height);
-        for (const SkinFile& file : kCaptions)
+        for (const SkinFile& file : kTarnSkinFiles)
         {
             CltImage image;
-            if (Load(file, image) &&
+            if (file.part == SkinCaption && Load(file, image) &&
                 (image.m_nWidth != kDesignWidth || image.m_nHeight != kCaptionHeight))
                 Add(file, "is " + Size(image) + "; the caption bar is 500 x 30");
         }
-        for (const SkinFile& file : kTitleButtons)
+        for (const SkinFile& file : kTarnSkinFiles)
         {
             CltImage image;
-            if (!Load(file, image)) continue;
+            if (file.part != SkinTitleButton || !Load(file, image)) continue;
             if (image.m_nHeight < 2)
                 Add(file, "is " + Size(image) +
                               "; the launcher reads the key colour at (0, 1), so " + file.without);
@@ -134,17 +113,19 @@ class SkinCheck
         CltImage faces[3];
         const CltImage* first = nullptr;
         const SkinFile* firstFile = nullptr;
+        // In the order in which the launcher takes the size of a missing face from the others.
         for (int i = 0; i < 3; ++i)
         {
-            if (!Load(kPageFaces[i], faces[i])) continue;
+            const SkinFile& file = kTarnSkinFiles[kTarnFaceSizeOrder[i]];
+            if (!Load(file, faces[i])) continue;
             if (!first)
             {
-                first = &faces[i], firstFile = &kPageFaces[i];
+                first = &faces[i], firstFile = &file;
                 continue;
             }
             if (faces[i].m_nWidth != first->m_nWidth || faces[i].m_nHeight != first->m_nHeight)
-                Add(kPageFaces[i], "is " + Size(faces[i]) + ", but " + firstFile->name + " is " +
-                                       Size(*first) + "; the buttons change size between looks");
+                Add(file, "is " + Size(faces[i]) + ", but " + firstFile->name + " is " +
+                              Size(*first) + "; the buttons change size between looks");
         }
         if (!first) return;
         int32_t right = kPageX + first->m_nWidth;
@@ -158,7 +139,7 @@ class SkinCheck
 
     void CheckRegion(int32_t width, int32_t height)
     {
-        static const SkinFile region = {"product.rgn", "the window is a plain rectangle"};
+        const SkinFile& region = kTarnSkinFiles[SkinRegionFile];
         std::string path = Path(region.name);
         FileBytes file = ReadFileBytes(path, kMostRegionBytes);
         if (file.state == FileBytes::Missing)

@@ -4,6 +4,7 @@
 // in strokes; two caption bars; six title buttons; three page buttons.
 //
 //   demo_art ART_FOLDER
+#include "skin_Builder.h"
 #include "skin_Picture.h"
 
 #include <algorithm>
@@ -354,7 +355,7 @@ SkinPicture PageButton(uint32_t top, uint32_t bottom, uint32_t border, double bo
     return p;
 }
 
-bool Save(const std::string& dir, const char* name, const SkinPicture& p)
+bool Save(const std::string& dir, const std::string& name, const SkinPicture& p)
 {
     std::string file = dir + "/" + name + ".tga";
     if (WriteFile(file, EncodeTga32(p))) return true;
@@ -371,16 +372,18 @@ int main(int argc, char** argv)
         return 2;
     }
     std::string dir = argv[1];
-    bool ok = Save(dir, "background", Background()) && Save(dir, "active", Caption(true)) &&
-              Save(dir, "inactive", Caption(false));
-    const char* names[2][3] = {{"minimize", "ovrmin", "selmin"}, {"close", "ovrclose", "selclose"}};
+    bool ok = Save(dir, "background", Background()) &&
+              Save(dir, SkinArtName(SkinActive), Caption(true)) &&
+              Save(dir, SkinArtName(SkinInactive), Caption(false));
+    const TarnSkinId looks[2][3] = {{SkinMinimize, SkinOverMinimize, SkinSelectedMinimize},
+                                    {SkinClose, SkinOverClose, SkinSelectedClose}};
     for (int close = 0; close < 2; ++close)
         for (int look = 0; look < 3; ++look)
-            ok = ok && Save(dir, names[close][look], TitleButton(close == 1, look));
+            ok = ok && Save(dir, SkinArtName(looks[close][look]), TitleButton(close == 1, look));
     // Normal: parchment for the blue label; focused: night blue for the grey label;
     // pressed: deep blue for the white label.
-    ok = ok && Save(dir, "unselect", PageButton(0xF6EFD9, 0xD9C89C, 0xA27A32, 2)) &&
-         Save(dir, "focused", PageButton(0x24385A, 0x111C30, 0xE9C978, 3)) &&
-         Save(dir, "pressed", PageButton(0x1C5FA8, 0x0C3566, 0xE9C978, 3));
+    ok = ok && Save(dir, SkinArtName(SkinUnselect), PageButton(0xF6EFD9, 0xD9C89C, 0xA27A32, 2)) &&
+         Save(dir, SkinArtName(SkinFocused), PageButton(0x24385A, 0x111C30, 0xE9C978, 3)) &&
+         Save(dir, SkinArtName(SkinPressed), PageButton(0x1C5FA8, 0x0C3566, 0xE9C978, 3));
     return ok ? 0 : 1;
 }

@@ -5,16 +5,24 @@
 #include "skin_Picture.h"
 #include "skin_Region.h"
 
+#include "product/tarn_SkinFiles.h"
+
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <utility>
+#include <vector>
 
 namespace
 {
-const char* const kCaptions[] = {"active", "inactive"};
-const char* const kTitleButtons[] = {"close",  "minimize", "ovrclose",
-                                     "ovrmin", "selclose", "selmin"};
-const char* const kPageButtons[] = {"unselect", "pressed", "focused"};
+// The art's names of the skin files of one part.
+std::vector<std::string> ArtNames(TarnSkinPart part)
+{
+    std::vector<std::string> names;
+    for (int id = 0; id < SkinFileCount; ++id)
+        if (kTarnSkinFiles[id].part == part) names.push_back(SkinArtName(TarnSkinId(id)));
+    return names;
+}
 
 std::string Size(const SkinPicture& p)
 {
@@ -34,10 +42,10 @@ class Builder
     SkinReport Run()
     {
         BuildBackground();
-        for (const char* name : kCaptions)
-            BuildCaption(name);
-        for (const char* name : kTitleButtons)
-            BuildTitleButton(name);
+        for (const std::string& name : ArtNames(SkinCaption))
+            BuildCaption(name.c_str());
+        for (const std::string& name : ArtNames(SkinTitleButton))
+            BuildTitleButton(name.c_str());
         BuildPageButtons();
         if (m_report.Ok()) WriteAll();
         return std::move(m_report);
@@ -122,8 +130,8 @@ class Builder
             Warning(file, "has no transparent pixel; the window is a plain rectangle");
         m_width = p.width;
         m_height = p.height;
-        m_outputs.emplace_back("product.bmp", EncodeBmp24(p, m_o.matte));
-        m_outputs.emplace_back("product.rgn", EncodeRegionData(rects));
+        m_outputs.emplace_back(kTarnSkinFiles[SkinBackgroundFile].name, EncodeBmp24(p, m_o.matte));
+        m_outputs.emplace_back(kTarnSkinFiles[SkinRegionFile].name, EncodeRegionData(rects));
     }
 
     void BuildCaption(const char* name)
@@ -181,8 +189,9 @@ class Builder
     {
         SkinPicture first;
         std::string firstFile;
-        for (const char* name : kPageButtons)
+        for (const std::string& art : ArtNames(SkinPageFace))
         {
+            const char* name = art.c_str();
             SkinPicture p;
             std::string file = Read(name, p);
             if (file.empty())
@@ -241,4 +250,10 @@ class Builder
 SkinReport BuildSkin(const SkinOptions& options)
 {
     return Builder(options).Run();
+}
+
+std::string SkinArtName(TarnSkinId id)
+{
+    const char* name = kTarnSkinFiles[id].name;
+    return std::string(name, size_t(strchr(name, '.') - name));
 }

@@ -1,6 +1,7 @@
 // Building a launcher skin from a publisher's pictures.
 //
-// The art folder holds pictures named after the skin files (PNG, TGA or BMP):
+// The art folder holds pictures named after the skin files (product/tarn_SkinFiles.h; PNG,
+// TGA or BMP):
 // background (required), active and inactive (the caption bar, 500 x 30), the six title
 // buttons (close, minimize, ovrclose, ovrmin, selclose, selmin) and the three page buttons
 // (unselect, pressed, focused). Transparent pixels (alpha below 128, or the key colour of
@@ -9,6 +10,8 @@
 // Nothing is written when the art has an error; warnings describe what a player would see
 // and do not stop the build.
 #pragma once
+
+#include "product/tarn_SkinFiles.h"
 
 #include <cstdint>
 #include <string>
@@ -36,3 +39,6 @@ constexpr int32_t kLabelMargin = 10, kPageButtonX = 194, kPageButtonY = 200, kPa
 constexpr int kMostPageButtons = 5; // the product's longest page
 
 SkinReport BuildSkin(const SkinOptions& options);
+
+// The art's name of a skin file: the file's name without its extension.
+std::string SkinArtName(TarnSkinId id);
