@@ -412,7 +412,7 @@ LRESULT CTarnLauncher::OnDpiChanged(WPARAM wParam, LPARAM lParam)
             auto design = [old](int32_t v) { return (v * kCltDesignDpi + old / 2) / old; };
             int32_t x = clt_Scale(design(w->Rect().left), dpi),
                     y = clt_Scale(design(w->Rect().top), dpi);
-            CltString label = button->Describe().name;
+            CltString label = button->Name(); // SetContent names the button anew
             button->SetRect(CltRect(x, y, x, y));
             button->SetContent(m_hButtonFont, label.c_str(), m_Surface.normal, m_Surface.pressed,
                                m_Surface.focused);

@@ -23,6 +23,7 @@ class CltButton : public CltWidget
     void SetSound(const char* path) { m_strSound = path; }
     // The name a screen reader speaks, in the given code page (0: the system's).
     void SetName(const char* name, uint32_t codePage = 0);
+    const CltString& Name() const { return m_strName; }
     CltAccessibleInfo Describe() const override;
 
     void OnFocus(bool gained) override;
