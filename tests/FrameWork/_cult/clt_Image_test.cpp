@@ -10,28 +10,11 @@
 
 namespace
 {
-std::vector<uint32_t> Words(const CltPixelFormat& f)
-{
-    std::vector<uint32_t> w(16);
-    memcpy(w.data(), &f, 64);
-    return w;
-}
 std::vector<int32_t> Corners(const CltRect& r)
 {
     return {r.left, r.top, r.right, r.bottom};
 }
 } // namespace
-
-TEST(CltPixelFormat, GlobalRecords)
-{
-    using W = std::vector<uint32_t>;
-    EXPECT_EQ(Words(g_pfIndexed8), (W{0, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 8, 1}));
-    EXPECT_EQ(Words(g_pfArgb32),
-              (W{16, 0xFF0000, 0, 8, 0xFF00, 0, 0, 0xFF, 0, 24, 0xFF000000, 0, 2, 4, 32, 4}));
-    EXPECT_EQ(Words(g_pfRgb24),
-              (W{16, 0xFF0000, 0, 8, 0xFF00, 0, 0, 0xFF, 0, 0, 0, 0, 5, 3, 24, 3}));
-    EXPECT_EQ(Words(g_pfGrey8), (W{0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0, 0, 6, 1, 8, 3}));
-}
 
 TEST(CltPixelFormat, DecodesAndEncodesThroughTheChannelRecords)
 {

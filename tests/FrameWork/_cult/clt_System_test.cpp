@@ -1,4 +1,4 @@
-// The system utilities against the real registry, files and processes.
+// The system utilities against the real registry and files.
 #include "FrameWork/_cult/Source/clt_System.h"
 #include "harness/wine_Harness.h"
 
@@ -101,25 +101,4 @@ TEST(CltSystem, FilesFoldersAndTheCurrentFolder)
     char after[MAX_PATH] = {};
     GetCurrentDirectoryA(MAX_PATH, after);
     EXPECT_STREQ(after, before);
-}
-
-TEST(CltSystem, ShellExecuteStartsAndWaits)
-{
-    std::string root = Join(TestRoot(), "shell");
-    RemoveTree(root);
-    ASSERT_TRUE(CopyInto(Join(ExeFolder(), "test_helper.exe"), root, "helper.exe"));
-    std::string helper = Join(root, "helper.exe");
-    {
-        // The shell shows no box of its own: the caller reports the failure. (A box of
-        // the shell's would be modal: the call would return only once it was answered.)
-        BoxWatcher watcher(GetCurrentProcessId(), {IDOK});
-        EXPECT_FALSE(clt_ShellExecute(Join(root, "missing.exe").c_str(), "", root.c_str(), true));
-        EXPECT_TRUE(watcher.Stop().empty());
-    }
-    // With wait the helper has written its record when the call returns.
-    EXPECT_TRUE(clt_ShellExecute(helper.c_str(), "one two", root.c_str(), true));
-    EXPECT_EQ(ReadTextFile(helper + ".log"), "args=one two|cwd=" + root + "\n");
-    EXPECT_TRUE(clt_ShellExecute(helper.c_str(), nullptr, root.c_str(), true));
-    EXPECT_EQ(ReadTextFile(helper + ".log"),
-              "args=one two|cwd=" + root + "\nargs=|cwd=" + root + "\n");
 }

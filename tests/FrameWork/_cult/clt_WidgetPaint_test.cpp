@@ -1,11 +1,9 @@
 // The window base and the widgets' drawing against the real system: class names and
 // message routing of CltWindow; text buttons, image buttons and the caption bar painted
-// into a canvas and compared byte for byte with values computed from the formulas; and
-// the handles a tree leaves behind after it is built, painted and destroyed many times.
+// into a canvas and compared byte for byte with values computed from the formulas.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -233,32 +231,6 @@ TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
     DeleteObject(font);
 }
 
-// ---- handles ---------------------------------------------------------------------------
-
-// GDI objects of this process. Wine answers GetGuiResources with 0, so the handle table
-// is probed by its 16-bit handle values instead (which both systems accept).
-int CountGdiObjects()
-{
-    if (DWORD n = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return int(n);
-    int n = 0;
-    for (uintptr_t h = 1; h < 0x10000; ++h)
-        n += GetObjectType(reinterpret_cast<HGDIOBJ>(h)) != 0;
-    return n;
-}
-
-BOOL CALLBACK CountWindow(HWND, LPARAM count)
-{
-    ++*reinterpret_cast<int*>(count);
-    return TRUE;
-}
-
-int CountThreadWindows()
-{
-    int n = 0;
-    EnumThreadWindows(GetCurrentThreadId(), CountWindow, LPARAM(&n));
-    return n;
-}
-
 class TreeWindow : public CltWindow
 {
   public:
@@ -270,64 +242,6 @@ class TreeWindow : public CltWindow
     CltWindowRoot* root = nullptr;
 };
 
-// One window (destroying a shown window takes Wine seconds without a window manager), and
-// in it a whole tree built, attached, painted and destroyed a thousand times.
-TEST(WidgetHandles, BuildingPaintingAndDestroyingATreeLeavesNoObjects)
-{
-    Instance();
-    CltString cls;
-    ASSERT_TRUE(clt_RegisterWindowClass(cls, CS_DBLCLKS, nullptr, nullptr, nullptr));
-    HFONT font = MakeWidgetFont("Arial", -30);
-    CltImage state;
-    MakeStateImage(state, 0x102030);
-    TreeWindow window;
-    ASSERT_TRUE(window.Create(nullptr, WS_POPUP, 0, cls.c_str()));
-    auto buildPaintDestroy = [&]
-    {
-        auto* root = new CltWindowRoot;
-        root->Create(nullptr, CltRect(0, 0, 500, 400), V, 0);
-        root->Attach(window.Handle());
-        window.root = root;
-        CltImageRef picture;
-        EXPECT_TRUE(picture.Create(29, 23, OriginTopLeft));
-        auto* panel = static_cast<CltImagePanel*>(
-            root->CreateChild(g_ImagePanelFactory, CltRect(0, 0, 500, 400), V, 0xE002));
-        panel->SetImage(picture, 0, 0);
-        auto* bar = static_cast<CltCaptionBar*>(
-            panel->CreateChild(g_CaptionBarFactory, CltRect(0, 0, 500, 30), V, 0xE003));
-        bar->SetContent(picture, "Title", font);
-        for (uint32_t id : {0xE001u, 0xE000u})
-        {
-            auto* b = static_cast<CltImageButton*>(
-                bar->CreateChild(g_ImageButtonFactory, CltRect(), V, id));
-            b->SetImage(picture, CltCell(), CltCell(), CltCell());
-            b->MoveTo(id == 0xE000 ? 465 : 436, 0);
-        }
-        for (uint32_t k = 0; k < 3; ++k)
-        {
-            auto* b = static_cast<CltTextButton*>(panel->CreateChild(
-                g_TextButtonFactory, CltRect(194, 200 + 47 * int32_t(k), 0, 0), V | F, 101 + k));
-            b->SetContent(font, "Label", &state, &state, &state);
-        }
-        {
-            CltCanvas canvas;
-            HDC dc = GetDC(window.Handle());
-            EXPECT_TRUE(canvas.Create(CltRect(0, 0, 500, 400), dc));
-            root->PaintTree(canvas, CltRect(0, 0, 500, 400));
-            ReleaseDC(window.Handle(), dc);
-        }
-        window.root = nullptr;
-        delete root;
-    };
-    buildPaintDestroy(); // the system keeps a few objects of its own after the first paint
-    int gdiBefore = CountGdiObjects(), windowsBefore = CountThreadWindows();
-    for (int i = 0; i < 1000; ++i)
-        buildPaintDestroy();
-    EXPECT_EQ(CountGdiObjects(), gdiBefore);
-    EXPECT_EQ(CountThreadWindows(), windowsBefore);
-    DestroyWindow(window.Handle());
-    DeleteObject(font);
-}
 } // namespace
 
 namespace

@@ -114,22 +114,6 @@ void FocusId(Surface& s, uint32_t id)
 }
 } // namespace
 
-TEST(ButtonPage, GoingBackRestoresTheFocusedButton)
-{
-    Surface s;
-    RecordingPage launch(Entries(5)), help(Entries(4));
-    s.Attach(launch);
-    s.Attach(help);
-    launch.Show();
-    FocusId(s, 103);
-    launch.Hide(true);
-    help.Show();
-    EXPECT_EQ(s.root.FocusId(), 101u); // forward starts at the first button
-    help.Hide(false);
-    launch.Show();
-    EXPECT_EQ(s.root.FocusId(), 103u);
-}
-
 // Three pages deep and back: the first page gets the entry remembered on the second.
 TEST(ButtonPage, TheFocusMemoryIsSharedByAllPages)
 {
