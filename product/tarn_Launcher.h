@@ -26,6 +26,9 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     static constexpr uint32_t kCloseId = 0xE000, kMinimiseId = 0xE001, kBackgroundId = 0xE002,
                               kCaptionId = 0xE003;
     static constexpr int32_t kMinimiseX = 436, kCloseX = 465;
+    // Where the title buttons light up (design window coordinates, edges included): their
+    // pictures' margins are left out.
+    static constexpr CltRect kMinimiseHotArea{443, 1, 460, 22}, kCloseHotArea{472, 1, 489, 22};
     static constexpr int32_t kIconX = 6, kIconY = 7, kIconSize = 16;
 
     CTarnLauncher();
@@ -45,9 +48,6 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     HFONT CaptionFont() const { return m_hCaptionFont; }
     HFONT ButtonFont() const { return m_hButtonFont; }
 
-    // The title-bar hover areas (window coordinates, edges outside).
-    static bool OverMinimise(int32_t x, int32_t y) { return x > 442 && x < 461 && y > 0 && y < 23; }
-    static bool OverClose(int32_t x, int32_t y) { return x > 471 && x < 490 && y > 0 && y < 23; }
     // Where the window goes: centred on the desktop's client area, halved by arithmetic
     // shifts (a desktop narrower than the window gives a negative position).
     static POINT CentredPosition(const RECT& desktop, int32_t width, int32_t height)
@@ -61,16 +61,14 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     LRESULT OnPaintMessage();
     LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
     LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
-    LRESULT OnMouseMove(LPARAM lParam);
-    LRESULT OnMouseLeave();
-    LRESULT OnLButtonDown(LPARAM lParam);
     LRESULT OnLButtonDblClk();
     LRESULT OnGetObject(WPARAM wParam, LPARAM lParam);
     LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
     LRESULT CloseSequence();
     LRESULT ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam);
-    void ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x);
-    void ShowTitleHover(int32_t x, int32_t y);
+    CltImageButton* AddTitleButton(uint32_t id, const char* name, const CltImageRef& normal,
+                                   const CltImageRef& hover, const CltImageRef& pressed,
+                                   const CltRect& hotArea, int32_t x);
     void ShowCaption(bool active);
     void CreateWidgets();
     void LoadSmallIcon();
@@ -93,9 +91,8 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     HFONT m_hCaptionFont = nullptr;
     HFONT m_hButtonFont = nullptr;
     HDRAWDIB m_hDrawDib = nullptr;
-    int32_t m_nDpi = 96;          // the window's: skin, fonts and layout are scaled by m_nDpi / 96
-    bool m_bLeaveTracked = false; // a WM_MOUSELEAVE is asked for
-    LfxPageSurface m_Surface;     // the page buttons' surface and the focus memory
+    int32_t m_nDpi = 96;      // the window's: skin, fonts and layout are scaled by m_nDpi / 96
+    LfxPageSurface m_Surface; // the page buttons' surface and the focus memory
 };
 
 extern CTarnLauncher g_TarnLauncher;

@@ -17,10 +17,6 @@
 
 namespace
 {
-// Whether the pointer was over a title-bar button at the last pointer message.
-bool g_bOverMinimise = false;
-bool g_bOverClose = false;
-
 HINSTANCE Instance()
 {
     return static_cast<HINSTANCE>(clt_GetState()->m_hInstance);
@@ -42,6 +38,7 @@ int CTarnLauncher::Run()
 {
     m_pCaption = nullptr;
     m_pCloseButton = m_pMinimiseButton = nullptr;
+    clt_PrepareSound(); // ready by the opening sound, after the skin and the window
     // The window opens on the main screen, whose DPI the desktop's context reports to a
     // program that declares itself aware of each screen's DPI (the manifest does).
     HDC screen = GetDC(GetDesktopWindow());
@@ -189,9 +186,6 @@ LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_ENDSESSION: return wParam ? CloseSequence() : 0;
     case WM_KEYDOWN: return OnKeyDown(wParam, lParam);
     case WM_COMMAND: return OnCommand(wParam, lParam);
-    case WM_MOUSEMOVE: return OnMouseMove(lParam);
-    case WM_MOUSELEAVE: return OnMouseLeave();
-    case WM_LBUTTONDOWN: return OnLButtonDown(lParam);
     case WM_LBUTTONDBLCLK: return OnLButtonDblClk();
     case WM_GETOBJECT: return OnGetObject(wParam, lParam);
     case WM_DPICHANGED: return OnDpiChanged(wParam, lParam);
@@ -228,8 +222,8 @@ LRESULT CTarnLauncher::OnActivate(WPARAM wParam)
         ShowWindow(m_hWnd, SW_SHOWNORMAL);
         if (m_pMinimiseButton && m_pCloseButton)
         {
-            ShowTitleImage(m_pMinimiseButton, m_Skin.minimize, kMinimiseX);
-            ShowTitleImage(m_pCloseButton, m_Skin.close, kCloseX);
+            m_pMinimiseButton->ShowResting();
+            m_pCloseButton->ShowResting();
         }
     }
     ShowCaption(LOWORD(wParam) != WA_INACTIVE);
@@ -319,64 +313,6 @@ LRESULT CTarnLauncher::CloseSequence()
     return 0;
 }
 
-// The title buttons' images follow the pointer: the hover image once on entering, the
-// resting image on every move outside, and when the pointer leaves the window (without
-// that, a title button the pointer left the window from would stay lit).
-LRESULT CTarnLauncher::OnMouseMove(LPARAM lParam)
-{
-    if (!m_bLeaveTracked)
-    {
-        TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, m_hWnd, 0};
-        m_bLeaveTracked = TrackMouseEvent(&leave) != FALSE;
-    }
-    // The hover areas are design coordinates.
-    auto design = [this](int32_t v) { return v * kCltDesignDpi / m_nDpi; };
-    ShowTitleHover(design(int16_t(LOWORD(lParam))), design(int16_t(HIWORD(lParam))));
-    return 0;
-}
-
-LRESULT CTarnLauncher::OnMouseLeave()
-{
-    m_bLeaveTracked = false;
-    ShowTitleHover(-1, -1);
-    return 0;
-}
-
-void CTarnLauncher::ShowTitleHover(int32_t x, int32_t y)
-{
-    if (!m_pMinimiseButton || !m_pCloseButton) return;
-    if (!OverMinimise(x, y))
-    {
-        g_bOverMinimise = false;
-        ShowTitleImage(m_pMinimiseButton, m_Skin.minimize, kMinimiseX);
-    }
-    else if (!g_bOverMinimise)
-    {
-        g_bOverMinimise = true;
-        ShowTitleImage(m_pMinimiseButton, m_Skin.ovrmin, kMinimiseX);
-    }
-    if (!OverClose(x, y))
-    {
-        g_bOverClose = false;
-        ShowTitleImage(m_pCloseButton, m_Skin.close, kCloseX);
-    }
-    else if (!g_bOverClose)
-    {
-        g_bOverClose = true;
-        ShowTitleImage(m_pCloseButton, m_Skin.ovrclose, kCloseX);
-    }
-}
-
-LRESULT CTarnLauncher::OnLButtonDown(LPARAM lParam)
-{
-    if (m_pMinimiseButton && m_pCloseButton)
-    {
-        if (g_bOverMinimise) ShowTitleImage(m_pMinimiseButton, m_Skin.selmin, kMinimiseX);
-        if (g_bOverClose) ShowTitleImage(m_pCloseButton, m_Skin.selclose, kCloseX);
-    }
-    return OnMouseMove(lParam);
-}
-
 // Screen readers get the page's buttons and the title buttons; the system describes the
 // window's frame.
 LRESULT CTarnLauncher::OnGetObject(WPARAM wParam, LPARAM lParam)
@@ -438,12 +374,6 @@ LRESULT CTarnLauncher::OnLButtonDblClk()
     return 0;
 }
 
-void CTarnLauncher::ShowTitleImage(CltImageButton* button, const CltImageRef& image, int32_t x)
-{
-    button->SetImage(image, CltCell(), CltCell(), CltCell());
-    button->MoveTo(clt_Scale(x, m_nDpi), 0);
-}
-
 // One caption bar at a time: the previous one and its buttons go with the new title.
 void CTarnLauncher::SetTitle(const char* text)
 {
@@ -454,14 +384,26 @@ void CTarnLauncher::SetTitle(const char* text)
         g_CaptionBarFactory, CltRect(0, 0, clt_Scale(500, m_nDpi), clt_Scale(30, m_nDpi)),
         CltWidgetVisible, kCaptionId));
     m_pCaption->SetContent(m_Skin.active, m_strTitle.c_str(), m_hCaptionFont);
-    m_pMinimiseButton = static_cast<CltImageButton*>(
-        m_pCaption->CreateChild(g_ImageButtonFactory, CltRect(), CltWidgetVisible, kMinimiseId));
-    ShowTitleImage(m_pMinimiseButton, m_Skin.minimize, kMinimiseX);
-    m_pMinimiseButton->SetName("Minimize");
-    m_pCloseButton = static_cast<CltImageButton*>(
-        m_pCaption->CreateChild(g_ImageButtonFactory, CltRect(), CltWidgetVisible, kCloseId));
-    ShowTitleImage(m_pCloseButton, m_Skin.close, kCloseX);
-    m_pCloseButton->SetName("Close");
+    m_pMinimiseButton = AddTitleButton(kMinimiseId, "Minimize", m_Skin.minimize, m_Skin.ovrmin,
+                                       m_Skin.selmin, kMinimiseHotArea, kMinimiseX);
+    m_pCloseButton = AddTitleButton(kCloseId, "Close", m_Skin.close, m_Skin.ovrclose,
+                                    m_Skin.selclose, kCloseHotArea, kCloseX);
+}
+
+// A title button: its three pictures, lit over its hot area, at (x, 0) in design coordinates.
+CltImageButton* CTarnLauncher::AddTitleButton(uint32_t id, const char* name,
+                                              const CltImageRef& normal, const CltImageRef& hover,
+                                              const CltImageRef& pressed, const CltRect& hotArea,
+                                              int32_t x)
+{
+    auto* button = static_cast<CltImageButton*>(
+        m_pCaption->CreateChild(g_ImageButtonFactory, CltRect(), CltWidgetVisible, id));
+    if (!button) return nullptr;
+    button->SetImages(normal, hover, pressed);
+    button->SetHotArea(hotArea);
+    button->MoveTo(clt_Scale(x, m_nDpi), 0);
+    button->SetName(name);
+    return button;
 }
 
 int CTarnLauncher::OnWindowReady()

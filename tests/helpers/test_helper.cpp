@@ -75,10 +75,17 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
     }
     char cwd[MAX_PATH] = {};
     GetCurrentDirectoryA(MAX_PATH, cwd);
-    if (FILE* log = fopen((self + ".log").c_str(), "ab"))
+    // One write to a file opened for appending only: the system puts it at the end whole,
+    // even when another run of this program writes at the same moment.
+    std::string line = std::string("args=") + args + "|cwd=" + cwd + "\n";
+    HANDLE log =
+        CreateFileA((self + ".log").c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (log != INVALID_HANDLE_VALUE)
     {
-        fprintf(log, "args=%s|cwd=%s\n", args, cwd);
-        fclose(log);
+        DWORD written = 0;
+        WriteFile(log, line.data(), DWORD(line.size()), &written, nullptr);
+        CloseHandle(log);
     }
     if (Exists(self + ".hold"))
     {

@@ -584,15 +584,16 @@ def storm(seed, count, left, top, region):
             if t == "caption":  # the window follows the pointer, and stays on the screen
                 dx = rng.randint(max(-60, -state["left"]), min(60, SCREEN_W - 500 - state["left"]))
                 dy = rng.randint(max(-60, -state["top"]), min(60, SCREEN_H - 470 - state["top"]))
-                events.append(("mousemove", str(state["left"] + x + dx // 2), str(state["top"] + y + dy // 2)))
-                state["left"] += dx
-                state["top"] += dy
-                move(x, y)
-                events.append(("mouseup", "1"))
                 # The display sends later events to the window where it stands on the display,
-                # which is where the launcher has moved it only once it has caught up.
-                events.append(("sync", state["left"], state["top"]))
-                state["syncs"] += 1
+                # which is where the launcher has moved it only once it has caught up: after
+                # each move of a drag, wait for that.
+                for step in (dx // 2, dy // 2), (dx - dx // 2, dy - dy // 2):
+                    state["left"] += step[0]
+                    state["top"] += step[1]
+                    move(x, y)
+                    events.append(("sync", state["left"], state["top"]))
+                    state["syncs"] += 1
+                events.append(("mouseup", "1"))
                 continue
             else:
                 for _ in range(rng.randint(1, 3)):
@@ -706,7 +707,10 @@ def step(l, p, s):
                 xdo(*batch)
             batch = [] if e[0] == "sync" else list(e)
             if e[0] == "sync" and len(e) == 3:
-                wait_for(lambda: x_position("Tarn") == e[1:], f"the window dragged to {e[1:]}")
+                try:
+                    wait_for(lambda: x_position("Tarn") == e[1:], "")
+                except Failure:
+                    raise Failure(f"the window at {x_position('Tarn')}, dragged to {e[1:]}")
         pages = lambda: [x for x in l.lines()[l.seen:] if x.startswith("LfxMain: Page [") and x.endswith("] shown.")]
         wait_for(lambda: len(pages()) >= len(shown), f"{len(shown)} pages shown", timeout=600)
         expect(pages(), [f"LfxMain: Page [{page}] shown." for page in shown], "the pages shown")
@@ -1008,6 +1012,8 @@ ROWS = [
         ("pixels", {(100, 100): BG, (25, 290): BG, (5, 290): (0, 0, 0),
                     (300, 15): CAPTION["active.tga"], (437, 1): CAPTION["active.tga"],
                     (450, 12): TITLE["minimize.tga"], (480, 12): TITLE["close.tga"],
+                    (443, 12): CAPTION["active.tga"], (444, 12): TITLE["minimize.tga"],
+                    (472, 12): CAPTION["active.tga"], (473, 12): TITLE["close.tga"],
                     (197, 203): blend(FACE["focused.tga"], BG),
                     (197, 250): blend(FACE["unselect.tga"], BG),
                     (197, 297): blend(FACE["unselect.tga"], BG), (14, 11): ICON}),

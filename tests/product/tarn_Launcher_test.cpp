@@ -104,26 +104,6 @@ TEST(TarnLaunch, PreparingALaunchSetsTheFoldersWhateverTheAnswer)
     SetCurrentDirectoryA(ExeFolder().c_str());
 }
 
-TEST(TarnWindow, TitleButtonHoverAreasLeaveTheirEdgesOut)
-{
-    struct Case
-    {
-        int32_t x, y;
-        bool minimise, close;
-    };
-    const Case cases[] = {
-        {442, 10, false, false}, {443, 10, true, false}, {460, 10, true, false},
-        {461, 10, false, false}, {450, 0, false, false}, {450, 1, true, false},
-        {450, 22, true, false},  {450, 23, false, false}, {471, 10, false, false},
-        {472, 10, false, true},  {489, 10, false, true},  {490, 10, false, false},
-    };
-    for (const Case& c : cases)
-    {
-        EXPECT_EQ(CTarnLauncher::OverMinimise(c.x, c.y), c.minimise) << c.x << ", " << c.y;
-        EXPECT_EQ(CTarnLauncher::OverClose(c.x, c.y), c.close) << c.x << ", " << c.y;
-    }
-}
-
 TEST(TarnWindow, FontsTakeTheCharacterSetOnlyWhenItIsShiftJisExactly)
 {
     struct Case

@@ -35,11 +35,38 @@ void CltButton::OnMouseLeave()
         SetState(m_bPressed ? ButtonHighlighted : ButtonNormal);
 }
 
-void CltButton::OnLButtonDown(uint32_t, int32_t, int32_t)
+void CltButton::OnLButtonDown(uint32_t, int32_t x, int32_t y)
 {
     m_bPressed = true;
     SetState(ButtonPressed);
     if (m_pHost) m_pHost->SetCapture(this);
+    if (!m_bHotArea) return;
+    if (m_bHot) SetLook(ButtonPressed);
+    OnPointerInWindow(true, x, y);
+}
+
+void CltButton::OnPointerInWindow(bool inside, int32_t x, int32_t y)
+{
+    if (!m_bHotArea) return;
+    bool hot = inside && m_HotArea.Contains(Unscaled(x), Unscaled(y));
+    if (!hot)
+        SetLook(ButtonNormal);
+    else if (!m_bHot)
+        SetLook(ButtonHighlighted);
+    m_bHot = hot;
+}
+
+void CltButton::SetHotArea(const CltRect& designArea)
+{
+    m_bHotArea = true;
+    m_HotArea = designArea;
+}
+
+void CltButton::SetLook(int32_t look)
+{
+    if (look == m_nLook) return;
+    m_nLook = look;
+    Invalidate(m_Rect);
 }
 
 void CltButton::OnLButtonUp(uint32_t, int32_t x, int32_t y)

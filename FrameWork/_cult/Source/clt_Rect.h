@@ -9,8 +9,11 @@ struct CltRect
 {
     int32_t left = 0, top = 0, right = 0, bottom = 0;
 
-    CltRect() = default;
-    CltRect(int32_t l, int32_t t, int32_t r, int32_t b) : left(l), top(t), right(r), bottom(b) {}
+    constexpr CltRect() = default;
+    constexpr CltRect(int32_t l, int32_t t, int32_t r, int32_t b)
+        : left(l), top(t), right(r), bottom(b)
+    {
+    }
 
     void Set(int32_t l, int32_t t, int32_t r, int32_t b) { *this = CltRect(l, t, r, b); }
     int32_t Width() const { return right - left; }

@@ -56,6 +56,7 @@ void CltWidget::OnLButtonDown(uint32_t, int32_t, int32_t) {}
 void CltWidget::OnMouseMove(uint32_t, int32_t, int32_t) {}
 void CltWidget::OnMouseEnter() {}
 void CltWidget::OnMouseLeave() {}
+void CltWidget::OnPointerInWindow(bool, int32_t, int32_t) {}
 void CltWidget::OnInitialFocus() {}
 void CltWidget::Paint(CltCanvas&, const CltRect&) {}
 void CltWidget::OnTick() {}
@@ -64,6 +65,11 @@ void CltWidget::Activate() {}
 int32_t CltWidget::Scaled(int32_t v) const
 {
     return m_pHost ? clt_Scale(v, m_pHost->Dpi()) : v;
+}
+
+int32_t CltWidget::Unscaled(int32_t v) const
+{
+    return m_pHost ? v * kCltDesignDpi / m_pHost->Dpi() : v;
 }
 
 CltAccessibleInfo CltWidget::Describe() const
@@ -308,7 +314,15 @@ int CltRootWidget::HandleMessage(uint32_t message, uintptr_t wParam, intptr_t lP
     uint32_t flags = uint32_t(wParam);
     switch (message)
     {
-    case CltMsgMouseMove: TrackPointer(wParam, x, y); return 1;
+    case CltMsgMouseMove:
+        if (!m_bLeaveAsked) m_bLeaveAsked = AskSystemPointerLeave();
+        TellPointer(this, true, x, y);
+        TrackPointer(wParam, x, y);
+        return 1;
+    case CltMsgMouseLeave:
+        m_bLeaveAsked = false;
+        TellPointer(this, false, -1, -1);
+        return 1;
     case CltMsgLButtonDown:
     {
         CaptureSystemPointerToFocusWindow();
@@ -362,9 +376,17 @@ void CltRootWidget::OnKeyDown(uintptr_t key)
 
 void CltRootWidget::TrackPointer(uintptr_t wParam, int32_t x, int32_t y)
 {
-    if (x == m_nLastX && y == m_nLastY) return;
+    // A move to where the pointer already was is a repeat, dropped. Where the window moved
+    // with the pointer (a drag), the pointer is at the same point of the window but not of
+    // the screen: that move is new.
+    CltRect window;
+    if (!GetWindowRect(window)) window = CltRect();
+    if (x == m_nLastX && y == m_nLastY && window.left == m_nLastLeft && window.top == m_nLastTop)
+        return;
     m_nLastX = x;
     m_nLastY = y;
+    m_nLastLeft = window.left;
+    m_nLastTop = window.top;
     CltWidget* hit = HitTestTree(x, y);
     if (HasCapture())
     {
@@ -407,4 +429,11 @@ void CltRootWidget::TickTree(CltWidget* w)
     w->OnTick();
     for (CltWidget* c = w->FirstChild(); c; c = c->NextSibling())
         TickTree(c);
+}
+
+void CltRootWidget::TellPointer(CltWidget* w, bool inside, int32_t x, int32_t y)
+{
+    w->OnPointerInWindow(inside, x, y);
+    for (CltWidget* c = w->FirstChild(); c; c = c->NextSibling())
+        TellPointer(c, inside, x, y);
 }

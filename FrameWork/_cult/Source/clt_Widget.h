@@ -38,6 +38,7 @@ enum : uint32_t
     CltMsgLButtonDown = 0x0201,
     CltMsgLButtonUp = 0x0202,
     CltMsgLButtonDblClk = 0x0203,
+    CltMsgMouseLeave = 0x02A3, // the pointer left the window (after AskSystemPointerLeave)
     // Posted by the window's accessible object: activate part wParam (see
     // clt_AccessibleParts.h) if its id is still lParam.
     CltMsgActivatePart = 0x8010,
@@ -91,6 +92,9 @@ class CltWidget
     virtual void OnMouseMove(uint32_t flags, int32_t x, int32_t y);
     virtual void OnMouseEnter();
     virtual void OnMouseLeave();
+    // Every pointer position over the window (window coordinates), whichever widget is under
+    // the pointer or holds it, and the pointer leaving the window (inside false).
+    virtual void OnPointerInWindow(bool inside, int32_t x, int32_t y);
     virtual void OnInitialFocus();
     virtual void Paint(CltCanvas& canvas, const CltRect& area);
     virtual void OnTick();
@@ -109,8 +113,10 @@ class CltWidget
     // id or null source is replaced by the asked widget's id or the widget itself.
     void Notify(uint32_t id, CltWidget* source);
     void SetRect(const CltRect& r);
-    // A design coordinate or size at the DPI of the widget's window (see clt_Scale.h).
+    // A design coordinate or size at the DPI of the widget's window (see clt_Scale.h), and a
+    // window coordinate as a design coordinate (rounded toward zero).
     int32_t Scaled(int32_t v) const;
+    int32_t Unscaled(int32_t v) const;
     // A widget that changes by itself (an animation) asks for OnTick while it does. The
     // window's timer runs only while some widget of the tree asks, so that an idle window
     // wakes nobody; a widget that goes stops asking.
@@ -164,7 +170,7 @@ class CltRootWidget : public CltWidget
     void FocusPrevious();
     void ActivateFocus();
     void ForgetWidget(CltWidget* w);
-    // 1 for the seven messages the root handles (whether or not a widget was found), else 0.
+    // 1 for the eight messages the root handles (whether or not a widget was found), else 0.
     int HandleMessage(uint32_t message, uintptr_t wParam, intptr_t lParam);
 
     // The window's DPI (96 at 100 %): widgets place what they draw by it.
@@ -190,6 +196,9 @@ class CltRootWidget : public CltWidget
         return false;
     }
     virtual void MoveWindow(const CltRect& r) { (void)r; }
+    // Asks the system for one CltMsgMouseLeave when the pointer leaves the window; true when
+    // it will send one (the root asks again after it came).
+    virtual bool AskSystemPointerLeave() { return false; }
     // Tells screen readers that w has the focus now.
     virtual void AnnounceFocus(CltWidget* w) { (void)w; }
     // Called when the first widget asks for ticks and when the last one stops asking.
@@ -203,9 +212,11 @@ class CltRootWidget : public CltWidget
     CltWidget* m_pCapture;
     CltWidget* m_pHover = nullptr;
     uint32_t m_dwFocusId = 0;
-    int32_t m_nLastX = 0, m_nLastY = 0;
+    int32_t m_nLastX = 0, m_nLastY = 0;      // the last pointer move, in the window
+    int32_t m_nLastLeft = 0, m_nLastTop = 0; // and where the window was then
     int32_t m_nTickers = 0;
     int32_t m_nDpi = 96;
+    bool m_bLeaveAsked = false;
 
   private:
     friend class CltWidget;
@@ -216,6 +227,7 @@ class CltRootWidget : public CltWidget
     void OnKeyDown(uintptr_t key);
     void ActivatePart(int32_t number, uint32_t id);
     static void TickTree(CltWidget* w);
+    static void TellPointer(CltWidget* w, bool inside, int32_t x, int32_t y);
 };
 
 // A factory for one widget class.

@@ -33,6 +33,7 @@ class CltWindowRoot : public CltRootWidget
     void PlayFocusSound(const char* path) override;
     bool GetWindowRect(CltRect& r) const override;
     void MoveWindow(const CltRect& r) override;
+    bool AskSystemPointerLeave() override;
     void StartTicks() override;
     void StopTicks() override;
     void AnnounceFocus(CltWidget* w) override;

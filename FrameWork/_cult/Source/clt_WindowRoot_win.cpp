@@ -60,6 +60,12 @@ void CltWindowRoot::ReleaseSystemPointer()
     ::ReleaseCapture();
 }
 
+bool CltWindowRoot::AskSystemPointerLeave()
+{
+    TRACKMOUSEEVENT leave = {sizeof leave, TME_LEAVE, m_hWnd, 0};
+    return m_hWnd && TrackMouseEvent(&leave);
+}
+
 bool CltWindowRoot::IsShiftDown() const
 {
     return (GetKeyState(VK_SHIFT) & 0x8000) != 0;

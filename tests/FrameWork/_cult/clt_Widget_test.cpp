@@ -53,8 +53,10 @@ class TestRoot : public CltRootWidget
     }
 
     void AnnounceFocus(CltWidget* w) override { announced.push_back(w); }
+    bool AskSystemPointerLeave() override { return ++leaveAsks, true; }
 
     bool shift = false;
+    int leaveAsks = 0;
     CltRect window{100, 100, 600, 500};
     std::vector<CltWidget*> announced;
     std::vector<std::pair<uint32_t, CltWidget*>> notified;
@@ -287,9 +289,12 @@ TEST_F(WidgetTree, CaptureRoutesTheMouseAndHidesOtherWidgets)
         int32_t x, y;
         const char* log;
         int32_t state;
+        int32_t windowMoved = 0; // before the message, with the pointer
     } steps[] = {
         {CltMsgMouseMove, 70, 20, "b1:move b1:leave", ButtonHighlighted}, // b2 hears nothing
         {CltMsgMouseMove, 80, 20, "b1:move", ButtonHighlighted},
+        {CltMsgMouseMove, 80, 20, "", ButtonHighlighted},           // a repeat
+        {CltMsgMouseMove, 80, 20, "b1:move", ButtonHighlighted, 5}, // a drag's step
         {CltMsgMouseMove, 30, 20, "b1:move b1:enter", ButtonPressed},
         {CltMsgMouseMove, 70, 20, "b1:move b1:leave", ButtonHighlighted},
         {CltMsgLButtonUp, 70, 20, "sys-release b1:up", ButtonHighlighted},
@@ -298,6 +303,7 @@ TEST_F(WidgetTree, CaptureRoutesTheMouseAndHidesOtherWidgets)
     b1->SetSound("H");
     for (const auto& s : steps)
     {
+        root.window.Offset(s.windowMoved, 0);
         Send(s.message, s.x, s.y);
         EXPECT_EQ(Take(), s.log) << s.x << "," << s.y;
         EXPECT_EQ(b1->State(), s.state) << s.x << "," << s.y;
@@ -524,4 +530,71 @@ TEST_F(WidgetTree, TheTimerRunsWhileSomeWidgetAsksForTicks)
     root.RemoveChild(panel); // a goes with its panel and stops asking
     EXPECT_EQ(Take(), "panel:gone a:gone ticks-off");
     EXPECT_EQ(root.Tickers(), 0);
+}
+
+// A title button lit over its hot area only, (107, 1)-(124, 22) in design coordinates, edges
+// included: every pointer position counts, whoever holds the pointer; a press in the area
+// shows the pressed look, leaving the area the resting look, coming back the hover look.
+TEST_F(WidgetTree, AButtonWithAHotAreaFollowsThePointerOverIt)
+{
+    enum Step
+    {
+        Move,
+        Press,
+        Release,
+        LeaveWindow,
+        Rest,
+        CaptureElsewhere
+    };
+    struct
+    {
+        Step step;
+        int32_t x, y, look;
+    } steps[] = {
+        {Move, 106, 10, 1},
+        {Move, 107, 10, 2},
+        {Move, 124, 22, 2},
+        {Press, 124, 22, 3},
+        {Move, 120, 10, 3},
+        {Move, 125, 10, 1},
+        {Move, 120, 10, 2},
+        {Release, 120, 10, 2},
+        {LeaveWindow, 0, 0, 1},
+        {Move, 120, 10, 2},
+        {Rest, 0, 0, 1},
+        {Move, 121, 10, 1},
+        {Move, 120, 23, 1},
+        {Press, 102, 10, 1},
+        {Release, 102, 10, 1},
+        {Move, 101, 0, 1},
+        {CaptureElsewhere, 0, 0, 1},
+        {Move, 110, 5, 2},
+        {Move, 140, 5, 1},
+    };
+    Button* b = Add<Button>(&root, "b", CltRect(100, 0, 130, 23), V, 0xE001);
+    Plain* caption = Add<Plain>(&root, "caption", CltRect(0, 0, 500, 30), V);
+    b->SetHotArea(CltRect(107, 1, 124, 22));
+    for (const auto& s : steps)
+    {
+        switch (s.step)
+        {
+        case Move: Send(CltMsgMouseMove, s.x, s.y); break;
+        case Press: Send(CltMsgLButtonDown, s.x, s.y); break;
+        case Release: Send(CltMsgLButtonUp, s.x, s.y); break;
+        case LeaveWindow: Send(CltMsgMouseLeave); break;
+        case Rest: b->ShowResting(); break;
+        case CaptureElsewhere: root.SetCapture(caption); break;
+        }
+        EXPECT_EQ(b->Look(), s.look) << "step " << (&s - steps) << " at " << s.x << "," << s.y;
+    }
+    EXPECT_EQ(root.notified.size(), 2u); // both releases were clicks
+    EXPECT_EQ(root.leaveAsks, 2);        // asked once, and again after the pointer left
+
+    // At 150 % the window coordinates are turned into design ones first.
+    root.SetDpi(144);
+    root.ReleaseCapture();
+    Send(CltMsgMouseMove, 160, 10); // 106 in design coordinates
+    EXPECT_EQ(b->Look(), ButtonNormal);
+    Send(CltMsgMouseMove, 161, 10); // 107
+    EXPECT_EQ(b->Look(), ButtonHighlighted);
 }
