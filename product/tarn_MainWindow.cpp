@@ -38,7 +38,6 @@ int CTarnLauncher::Run()
 {
     m_pCaption = nullptr;
     m_pCloseButton = m_pMinimiseButton = nullptr;
-    clt_PrepareSound(); // ready by the opening sound, after the skin and the window
     // The window opens on the main screen, whose DPI the desktop's context reports to a
     // program that declares itself aware of each screen's DPI (the manifest does).
     HDC screen = GetDC(GetDesktopWindow());

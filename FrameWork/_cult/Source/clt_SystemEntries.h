@@ -20,10 +20,6 @@
 #include <vfw.h>
 
 BOOL clt_PlaySound(const char* sound, HMODULE module, DWORD flags);
-// Loads the sound library and starts its device driver on a thread of its own, while the
-// caller goes on (the first sound would otherwise wait for both); clt_PlaySound waits for
-// that thread before its first call. Called from the thread that plays the sounds.
-void clt_PrepareSound();
 
 void clt_InitCommonControls();
 

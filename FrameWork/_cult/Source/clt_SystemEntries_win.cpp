@@ -28,32 +28,8 @@ template <typename Fn> Fn SystemEntry(const char* library, const char* name)
 }
 } // namespace
 
-namespace
-{
-HANDLE g_hSoundPreparing = nullptr;
-
-DWORD WINAPI PrepareSound(void*)
-{
-    using Fn = UINT(WINAPI*)();
-    if (Fn count = SystemEntry<Fn>("winmm.dll", "waveOutGetNumDevs")) count();
-    return 0;
-}
-} // namespace
-
-void clt_PrepareSound()
-{
-    if (!g_hSoundPreparing)
-        g_hSoundPreparing = CreateThread(nullptr, 0, PrepareSound, nullptr, 0, nullptr);
-}
-
 BOOL clt_PlaySound(const char* sound, HMODULE module, DWORD flags)
 {
-    if (g_hSoundPreparing)
-    {
-        WaitForSingleObject(g_hSoundPreparing, INFINITE);
-        CloseHandle(g_hSoundPreparing);
-        g_hSoundPreparing = nullptr;
-    }
     using Fn = BOOL(WINAPI*)(LPCSTR, HMODULE, DWORD);
     static const Fn play = SystemEntry<Fn>("winmm.dll", "PlaySoundA");
     return play ? play(sound, module, flags) : FALSE;
