@@ -285,7 +285,11 @@ TEST(LfxActions, TheInstallerStartsWithoutParametersOrNotAtAll)
     EXPECT_EQ(StyleOf(boxes[0]), UINT(MB_ICONHAND));
 }
 
-TEST(LfxActions, UninstallerGetsTheWholeCommandAndClosesTheWindow)
+// The uninstaller the registry names is started with the whole string as its file name
+// (the launcher's walk sees it run and the window close): switches after the program are
+// part of that name, the shell finds no such file, and the launcher stays open without a
+// box.
+TEST(LfxActions, UninstallStringWithSwitchesStartsNothing)
 {
     std::string root = Join(TestRoot(), "uninstall");
     demo::Ini ini("Uninstall");
@@ -293,25 +297,13 @@ TEST(LfxActions, UninstallerGetsTheWholeCommandAndClosesTheWindow)
     std::string folder = Join(root, "Program Files");
     std::string uninstaller = Join(folder, "uninst.exe");
     CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "uninst.exe");
-    SetRegString(ini.RegistryKey(), "UninstallString", uninstaller);
-    int result = -1;
-    auto boxes = Answering({}, [&] { result = g_LfxMain.RunUninstaller(); });
-    EXPECT_EQ(result, 1);
-    EXPECT_TRUE(boxes.empty());
-    EXPECT_EQ(g_launcher.destroyed, 1);
-    std::string log = uninstaller + ".log";
-    for (int i = 0; i < 100 && ReadTextFile(log).empty(); ++i)
-        Sleep(50);
-    EXPECT_EQ(ReadTextFile(log), "args=|cwd=C:\\\n");
-
-    // Switches after the program are part of the file name the shell is given: it does
-    // not find such a file; no box at all, and the launcher stays open.
     SetRegString(ini.RegistryKey(), "UninstallString", uninstaller + " /S");
-    boxes = Answering({IDOK}, [&] { result = g_LfxMain.RunUninstaller(); });
+    int result = -1;
+    auto boxes = Answering({IDOK}, [&] { result = g_LfxMain.RunUninstaller(); });
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(g_launcher.destroyed, 1);
+    EXPECT_EQ(g_launcher.destroyed, 0);
     EXPECT_TRUE(boxes.empty());
-    EXPECT_EQ(ReadTextFile(log), "args=|cwd=C:\\\n");
+    EXPECT_EQ(ReadTextFile(uninstaller + ".log"), "");
     DeleteRegTree(ini.RegistryKey());
 }
 
