@@ -252,13 +252,14 @@ BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
                     {
                         DWORD pid = 0;
                         GetWindowThreadProcessId(window, &pid);
+                        // A dialog is shown once it has answered WM_INITDIALOG, where a
+                        // message box sets its text and keeps only its own buttons.
                         return pid == st->pid && IsWindowVisible(window) &&
                                ClassOf(window) == "#32770" && !seen.count(window);
                     });
                 if (found)
                 {
                     seen.insert(found);
-                    Sleep(50); // let the box finish setting up its controls
                     MessageBoxRecord record = ReadBox(found);
                     if (next < st->answers.size())
                         record.answer = st->answers[next++];
