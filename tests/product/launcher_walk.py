@@ -83,8 +83,9 @@ def xdo(*args):
 
 
 def x_position(name):
-    """Where the display has the top-level window of that title: (x, y), or None."""
-    out = subprocess.run(["xdotool", "search", "--name", f"^{name}$", "getwindowgeometry"], env=ENV,
+    """Where the display shows the top-level window of that title: (x, y), or None."""
+    out = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{name}$",
+                          "getwindowgeometry"], env=ENV,
                          capture_output=True, text=True).stdout
     at = [line.split()[1] for line in out.splitlines() if line.strip().startswith("Position:")]
     return tuple(int(v) for v in at[0].split(",")) if at else None
@@ -408,6 +409,7 @@ class Launcher:
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.seen = 0
         self.last_click = None
+        self.on_screen = False
 
     def lines(self):
         return read_file(self.trace_file).split("\n")[:-1]
@@ -424,7 +426,10 @@ class Launcher:
             if self.process.poll() is not None:
                 raise Failure(f"the launcher ended before {line!r}; last lines: {lines[-5:]}")
             return False
-        wait_for(found, repr(line))
+        try:
+            wait_for(found, repr(line))
+        except Failure as e:
+            raise Failure(f"{e}; the lines after the last one awaited: {self.lines()[self.seen:][-8:]}")
 
     def ended(self, timeout=TIMEOUT):
         try:
@@ -624,6 +629,9 @@ def step(l, p, s):
     verb, *a = s
     if verb == "shown" or verb == "closed":
         l.wait_trace(f"LfxMain: Page [{a[0]}] {verb}.")
+        if not l.on_screen:  # the first page is in place before the window is shown
+            wait_for(lambda: x_position("Tarn"), "the window on the display")
+            l.on_screen = True
     elif verb == "trace":
         l.wait_trace(a[0])
     elif verb == "looks":  # the pointer at rest, then the page buttons' looks
