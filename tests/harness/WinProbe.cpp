@@ -26,9 +26,11 @@
 //             pointer cannot cross into another process)
 //   readers   as a screen reader: the client's accessible object, then each child, one
 //             line each: "id|name|role|states|default action"
-//   press N   as a screen reader: the default action of child N
-//   tab       as a screen reader listening for focus events while Tab is pressed in the
-//             window: prints "id|name" of the child the event names
+//   press N   as a screen reader: the default action of child N ("pressed" or "refused"),
+//             then what it hears until a child takes the focus or the window is gone
+//   tab       as a screen reader while Tab is pressed in the window: what it hears until a
+//             child takes the focus ("reorder" when the children change, "id|name" of the
+//             child that takes the focus)
 // Exit code 0 when the window was found, 1 when not, 2 on usage.
 #include "harness/wine_Harness.h"
 
@@ -145,17 +147,49 @@ std::string Describe(IAccessible* object, long id)
            Text(action);
 }
 
-std::string g_focused;
-void CALLBACK OnFocusEvent(HWINEVENTHOOK, DWORD, HWND w, LONG objectId, LONG childId, DWORD, DWORD)
+// What a screen reader hears from the window's client: "reorder" when its parts change,
+// "id|name" of the part that takes the focus.
+HWND g_window;
+std::vector<std::string> g_heard;
+bool g_focusHeard = false;
+void CALLBACK OnEvent(HWINEVENTHOOK, DWORD event, HWND w, LONG objectId, LONG childId, DWORD, DWORD)
 {
+    if (w != g_window || objectId != OBJID_CLIENT) return;
+    if (event == EVENT_OBJECT_REORDER)
+    {
+        g_heard.push_back("reorder");
+        return;
+    }
     IAccessible* object = nullptr;
     VARIANT child = {};
     if (AccessibleObjectFromEvent(w, DWORD(objectId), DWORD(childId), &object, &child) != S_OK)
         return;
     BSTR name = nullptr;
     object->get_accName(child, &name);
-    g_focused = std::to_string(childId) + "|" + Text(name);
+    g_heard.push_back(std::to_string(childId) + "|" + Text(name));
+    g_focusHeard = true;
     object->Release();
+}
+
+// Listens to the window's process from another process, as a screen reader does, while
+// 'act' runs and until a part takes the focus or the window is gone.
+template <typename Act> void Listen(HWND w, Act act)
+{
+    DWORD pid = 0;
+    GetWindowThreadProcessId(w, &pid);
+    g_window = w;
+    HWINEVENTHOOK hook = SetWinEventHook(EVENT_OBJECT_REORDER, EVENT_OBJECT_FOCUS, nullptr, OnEvent,
+                                         pid, 0, WINEVENT_OUTOFCONTEXT);
+    act();
+    MSG msg;
+    for (DWORD start = GetTickCount();
+         !g_focusHeard && IsWindow(w) && GetTickCount() - start < 10000;)
+        if (MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT) == WAIT_OBJECT_0)
+            while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
+                DispatchMessageA(&msg);
+    UnhookWinEvent(hook);
+    for (const std::string& line : g_heard)
+        printf("%s\n", line.c_str());
 }
 
 // The window's process, opened for reading its modules and counters (closed by the caller).
@@ -267,7 +301,11 @@ int main(int argc, char** argv)
         VARIANT child = {};
         child.vt = VT_I4, child.lVal = argc == 4 ? atol(argv[3]) : 0;
         if (argc == 4)
-            printf("%s\n", object->accDoDefaultAction(child) == S_OK ? "pressed" : "refused");
+            Listen(w,
+                   [&] {
+                       printf("%s\n",
+                              object->accDoDefaultAction(child) == S_OK ? "pressed" : "refused");
+                   });
         for (long id = 0; argc == 3 && id <= count; ++id)
             printf("%s\n", Describe(object, id).c_str());
         object->Release();
@@ -281,18 +319,7 @@ int main(int argc, char** argv)
     else if (!strcmp(command, "tab"))
     {
         CoInitialize(nullptr);
-        DWORD pid = 0;
-        GetWindowThreadProcessId(w, &pid);
-        HWINEVENTHOOK hook = SetWinEventHook(EVENT_OBJECT_FOCUS, EVENT_OBJECT_FOCUS, nullptr,
-                                             OnFocusEvent, pid, 0, WINEVENT_OUTOFCONTEXT);
-        PostMessageA(w, WM_KEYDOWN, VK_TAB, 0);
-        MSG msg;
-        for (DWORD start = GetTickCount(); g_focused.empty() && GetTickCount() - start < 10000;)
-            if (MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT) == WAIT_OBJECT_0)
-                while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
-                    DispatchMessageA(&msg);
-        UnhookWinEvent(hook);
-        printf("%s\n", g_focused.c_str());
+        Listen(w, [&] { PostMessageA(w, WM_KEYDOWN, VK_TAB, 0); });
     }
     else
         return 2;

@@ -872,12 +872,15 @@ ROWS = [
         ("presses", 500, (300, 220), (90, 400)), ("presses", 500, (450, 12), (300, 100)),
         ("key", "Down"), ("looks", focus(5, 1)), ("resources", "same")]),
     # A screen reader in another process reads the page's buttons and the title buttons
-    # (name, role, state, action), hears the focus move with Tab, and presses a button.
+    # (name, role, state, action), hears the focus move with Tab, and presses a button: it
+    # hears that the window's parts changed, then which of the new page's buttons has the
+    # focus.
     ("screen readers", {}, {}, [
         ("shown", "INSTALL"), ("probe", "readers", readers("Tarn", "Install*", "Help", "Options", "Exit")),
         ("once", "tab", "2|Help"), ("move", 2), ("down",),
         ("probe", "readers", readers("Tarn", "Install", "Help", "Options*+", "Exit")),
-        ("away",), ("up",), ("once", "press 2", "pressed"), ("shown", "HELP"),
+        ("away",), ("up",), ("once", "press 2", "pressed\nreorder\n1|System Check"),
+        ("shown", "HELP"),
         ("probe", "readers", readers("Tarn", "System Check*", "Read Me", "Troubleshooting Guide", "Back")),
         ("once", "press 6", "pressed"), ("ends",)]),
     # Twenty thousand seeded random pointer moves, clicks, double-clicks, drags and keys over

@@ -201,6 +201,8 @@ class CltRootWidget : public CltWidget
     virtual bool AskSystemPointerLeave() { return false; }
     // Tells screen readers that w has the focus now.
     virtual void AnnounceFocus(CltWidget* w) { (void)w; }
+    // Tells screen readers that the widgets they can read have changed (a new page).
+    virtual void AnnounceNewParts() {}
     // Called when the first widget asks for ticks and when the last one stops asking.
     virtual void StartTicks() {}
     virtual void StopTicks() {}

@@ -37,6 +37,7 @@ class CltWindowRoot : public CltRootWidget
     void StartTicks() override;
     void StopTicks() override;
     void AnnounceFocus(CltWidget* w) override;
+    void AnnounceNewParts() override;
 
     // Answers WM_GETOBJECT for the client area with the tree's accessible object (made on
     // the first request); false for every other object, which the system describes.

@@ -95,6 +95,11 @@ void CltWindowRoot::AnnounceFocus(CltWidget* w)
         NotifyWinEvent(EVENT_OBJECT_FOCUS, m_hWnd, OBJID_CLIENT, number);
 }
 
+void CltWindowRoot::AnnounceNewParts()
+{
+    if (m_hWnd) NotifyWinEvent(EVENT_OBJECT_REORDER, m_hWnd, OBJID_CLIENT, CHILDID_SELF);
+}
+
 // The object reaches the reader's process through COM, which this thread joins on the first
 // request (a thread that joined already keeps its apartment).
 bool CltWindowRoot::AnswerGetObject(WPARAM wParam, LPARAM lParam, LRESULT& answer)

@@ -56,6 +56,8 @@ int LfxButtonPage::Show()
         ++m_nButtons;
     }
     ShowTitle();
+    // A screen reader reads the new buttons before it hears which one has the focus.
+    surface->root->AnnounceNewParts();
     if (CltTextButton* focus = InitialFocus(*surface))
     {
         surface->root->SetFocusWidget(focus);
