@@ -195,27 +195,6 @@ TEST(ImageReaders, RefuseMalformedFilesCleanly)
     ExpectStreamDiscipline("RLE ends within a packet");
 }
 
-TEST(BmpReader, ReadsRowsWithTheFilesAlignment)
-{
-    // 3 x 2 at 24 bits: file rows of 9 + 3 bytes; a CltImage has rows of 10 bytes.
-    Bytes rows = {1,  2,  3,  4,  5,  6,  7,  8,  9,  0xEE, 0xEE, 0xEE,
-                  11, 12, 13, 14, 15, 16, 17, 18, 19, 0xEE, 0xEE, 0xEE};
-    CltImage image;
-    ASSERT_TRUE(Load(BmpHeader(3, -2, 24, 52) + rows, image, "a.bmp"));
-    EXPECT_EQ(image.m_nOrigin, OriginTopLeft);
-    EXPECT_EQ(image.m_nHeight, 2);
-    EXPECT_EQ(image.m_nPitch, 10);
-    EXPECT_EQ(Bytes(image.m_pData, image.m_pData + 9), Bytes(rows.begin(), rows.begin() + 9));
-    EXPECT_EQ(Bytes(image.m_pData + 10, image.m_pData + 19),
-              Bytes(rows.begin() + 12, rows.begin() + 21));
-    // 8 bits with a colour table of 2 entries, bottom-up.
-    ASSERT_TRUE(
-        Load(BmpHeader(2, 1, 8, 40, 2) + Bytes(8, 0x55) + Bytes{7, 9, 0, 0}, image, "a.bmp"));
-    EXPECT_EQ(image.m_Format.id, g_pfIndexed8.id);
-    EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);
-    EXPECT_EQ(Bytes(image.m_pData, image.m_pData + 2), (Bytes{7, 9}));
-}
-
 TEST(ReadWholeFile, ReturnsTheBytesAndTwoZeros)
 {
     const Bytes five = {'a', 'b', 'c', 'd', 'e'};
