@@ -386,6 +386,15 @@ def empty_disc():
     return disc
 
 
+def installed_product(folder):
+    """The product the demo's installer put into that folder and registered."""
+    p = Product.__new__(Product)
+    p.name, p.folder, p.data = "installed", folder, os.path.join(folder, "Install")
+    p.wine_folder, p.samples = wine_path(folder), {}
+    p.key = "HKLM\\Software\\Tarn Games\\Tarn\\1.0"
+    return p
+
+
 def installer_gone():
     return b"TarnSetup" not in subprocess.run(["ps", "ax"], capture_output=True).stdout
 
@@ -1008,11 +1017,10 @@ ROWS = [
         ("file", "help.log", ["ready", "command=2 file={folder}\\Tarn.hlp"])]),
     # The real installer, silently, from the disc in drive E:; the installed launcher then
     # opens on LAUNCH.
-    ("install from the disc", {"disc": True, "target": INSTALLED}, {}, [
+    ("install from the disc, then the installed launcher", {"disc": True, "target": INSTALLED}, {}, [
         ("shown", "INSTALL"), ("key", "Return"), ("closed", "INSTALL"), ("ends",),
-        ("installed", INSTALLED)]),
-    ("the installed launcher", {"installed_copy": INSTALLED}, {}, [
-        ("shown", "LAUNCH"), ("looks", focus(5, 0)), ("key", "Escape"), ("ends",)]),
+        ("installed", INSTALLED), ("installed launcher", INSTALLED), ("shown", "LAUNCH"),
+        ("looks", focus(5, 0)), ("key", "Escape"), ("ends",)]),
     # A plain skin: every pixel as the formulas give it; the minimise button's images follow
     # the pointer (also off the window; back on it a pixel aside, since re-entering where it
     # left makes no move) and the press, and after a minimise it is at rest wherever the
@@ -1084,19 +1092,10 @@ for name, damage, size, region in [
 
 
 def run_row(name, product, launcher, steps):
-    product = dict(product)
-    copy = product.pop("installed_copy", None)
-    if copy:  # a product another row installed
-        p = Product.__new__(Product)
-        p.name, p.folder, p.data, p.wine_folder, p.samples = name, copy, os.path.join(
-            copy, "Install"), wine_path(copy), {}
-    else:
-        if product.get("target"):
-            shutil.rmtree(product["target"], ignore_errors=True)
-        p = Product(name.replace(" ", "_").replace(":", "").replace(",", ""), **product)
+    if product.get("target"):
+        shutil.rmtree(product["target"], ignore_errors=True)
+    p = Product(name.replace(" ", "_").replace(":", "").replace(",", ""), **product)
     p.runs = {}
-    if copy:
-        p.key = "HKLM\\Software\\Tarn Games\\Tarn\\1.0"
     home = viewer = None
     if launcher.get("sound"):
         # A HOME whose ALSA configuration makes the default device write what it plays to
@@ -1124,7 +1123,13 @@ def run_row(name, product, launcher, steps):
     try:
         for i, s in enumerate(steps):
             try:
-                step(l, p, s)
+                if s[0] == "installed launcher":  # the one the installer left in that folder
+                    l.close()
+                    p = installed_product(s[1])
+                    p.runs = {}
+                    l = Launcher(p)
+                else:
+                    step(l, p, s)
             except Failure as e:
                 raise Failure(f"step {i + 1} {s[0]!r}: {e}")
     finally:
@@ -1134,7 +1139,7 @@ def run_row(name, product, launcher, steps):
         if viewer:
             viewer.kill()
             viewer.wait()
-        if copy:  # the installer's registry values go with the installed copy
+        if product.get("target"):  # the installer's registry values go with its copy
             p.set_state(False)
 
 
@@ -1158,8 +1163,8 @@ def demo_walk():
     media.key = "HKLM\\Software\\Tarn Games\\Tarn\\1.0"
     media.set_state(False)
     prefix_target = os.path.join(SESSION, "prefix", "drive_c", "Program Files", "Tarn")
-    installed = Product.__new__(Product)
-    installed.folder, installed.wine_folder = prefix_target, target
+    installed = installed_product(prefix_target)
+    installed.wine_folder = target
     for product, steps in [(media, [("01-install", "INSTALL", None), ("02-help", "HELP", 1),
                                     ("03-back-to-install", "INSTALL", 3),
                                     ("04-options", "OPTIONS", 2)]),
