@@ -192,6 +192,8 @@ MessageBoxRecord ReadBox(HWND box)
     record.title = WindowText(box);
     record.icon = IconOf(box);
     record.taskModal = TaskModal(box);
+    HWND owner = GetWindow(box, GW_OWNER);
+    record.owner = owner ? ClassOf(owner) : "none";
     if (HWND text = GetDlgItem(box, 0xFFFF)) record.text = WindowText(text);
     std::vector<std::pair<int, HWND>> buttons;
     EnumChildWindows(box, CollectButton, reinterpret_cast<LPARAM>(&buttons));

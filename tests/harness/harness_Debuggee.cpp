@@ -89,24 +89,6 @@ HWND FindFrameworkWindow(const char* text)
         });
 }
 
-bool CloseFrameworkWindow(const char* text, DWORD timeoutMs)
-{
-    DWORD start = GetTickCount();
-    HWND window;
-    while (!(window = FindFrameworkWindow(text)))
-    {
-        if (GetTickCount() - start > timeoutMs) return false;
-        Sleep(20);
-    }
-    DWORD pid = 0;
-    GetWindowThreadProcessId(window, &pid);
-    HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, pid);
-    PostMessageA(window, WM_CLOSE, 0, 0);
-    bool ended = process && WaitForSingleObject(process, timeoutMs) == WAIT_OBJECT_0;
-    if (process) CloseHandle(process);
-    return ended;
-}
-
 std::string WaitForChildText(HWND window, int id, DWORD timeoutMs)
 {
     DWORD start = GetTickCount();

@@ -86,26 +86,6 @@ bool RemoveTree(const std::string& path)
            GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES;
 }
 
-bool CopyTree(const std::string& from, const std::string& to)
-{
-    MakeFolders(to);
-    WIN32_FIND_DATAA data;
-    HANDLE find = FindFirstFileA(Join(from, "*").c_str(), &data);
-    if (find == INVALID_HANDLE_VALUE) return false;
-    bool ok = true;
-    do
-    {
-        std::string name = data.cFileName;
-        if (name == "." || name == "..") continue;
-        if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-            ok &= CopyTree(Join(from, name), Join(to, name));
-        else
-            ok &= CopyFileA(Join(from, name).c_str(), Join(to, name).c_str(), FALSE) != 0;
-    } while (FindNextFileA(find, &data));
-    FindClose(find);
-    return ok;
-}
-
 bool CopyInto(const std::string& file, const std::string& folder, const std::string& newName)
 {
     std::string name = newName.empty() ? file.substr(file.find_last_of('\\') + 1) : newName;

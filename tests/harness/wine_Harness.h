@@ -10,7 +10,6 @@
 #include <windows.h>
 
 #include "tools/TraceRun/trace_Debuggee.h"
-#include "tools/TraceWin/trace_Records.h"
 
 #include <functional>
 #include <string>
@@ -29,6 +28,7 @@ struct MessageBoxRecord
     // Whether the box disabled the other top-level windows of its thread (task-modal): 1 or
     // 0, or -1 when its thread has no window besides the box and its owner to tell by.
     int taskModal = -1;
+    std::string owner;    // the class of the box's owner window, or "none"
     int answer = 0;       // the id clicked
     bool scripted = true; // false when the script had no answer left
 };
@@ -131,9 +131,6 @@ class Process
 HWND WaitForWindowClass(const char* className, DWORD timeoutMs = 10000);
 // The top-level window of the framework's classes ("CltWin:...") with this text, or null.
 HWND FindFrameworkWindow(const char* text);
-// Waits for a window of the framework's classes ("CltWin:...") with this text, asks it to
-// close as the player would, and waits until its program has ended. False on time-out.
-bool CloseFrameworkWindow(const char* text, DWORD timeoutMs = 20000);
 // Waits until the window's child with this id shows a text (a window is found before its
 // children are made); returns the text, or "" after the time-out.
 std::string WaitForChildText(HWND window, int id, DWORD timeoutMs = 10000);
@@ -146,7 +143,6 @@ bool MakeFolders(const std::string& path);
 bool WriteTextFile(const std::string& path, const std::string& content);
 std::string ReadTextFile(const std::string& path);
 bool RemoveTree(const std::string& path);
-bool CopyTree(const std::string& from, const std::string& to);
 bool CopyInto(const std::string& file, const std::string& folder, const std::string& newName = "");
 
 // Registry values under HKEY_LOCAL_MACHINE.

@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
-"""The launcher's window used as a player uses it, one row per scenario: the real
+"""The launcher as a player meets it, one row per scenario. The window's rows: the real
 Launcher.exe under Wine in a copy of the demo product, real pointer and keyboard input from
 outside (xdotool on the session's display), message boxes found, read and answered from
-outside (BoxProbe.exe), the window read from outside (WinProbe.exe), the trace read as it is
-written (TraceRun.exe), the sounds read from a capturing sound device, and the screen read
-from screenshots.
+outside (RunProbe.exe box), the window read from outside (WinProbe.exe), the trace read as it
+is written (TraceRun.exe), the sounds read from a capturing sound device, and the screen read
+from screenshots. The start rows: the launcher (or another framework program) started once
+in a product folder of the row's own, registered as the row says, as a debuggee whose trace,
+libraries and boxes are read and whose boxes are answered in order (RunProbe.exe run).
 
-    launcher_walk.py SESSION_DIR BIN_DIR DEMO_PRODUCT OUT_DIR [ROW...]
+    launcher_walk.py SESSION_DIR BIN_DIR DEMO_PRODUCT OUT_DIR [ROW... | GROUP:...]
     launcher_walk.py SESSION_DIR BIN_DIR DEMO_PRODUCT OUT_DIR --demo
 
-Every step waits for what it checks. The programs the launcher starts are recorders
+A row's group is the word before the colon in its name. Every step waits for what it checks. The programs the launcher starts are recorders
 (test_helper.exe) that write their command line and folder. The demo's pages are saved in
 OUT_DIR/launcher-shots/ for the golden comparison. --demo is not a test: it is the walk
 tools/run-demo takes, saving each page and the traces in OUT_DIR/walk/.
@@ -19,6 +21,7 @@ import ctypes
 import math
 import os
 import random
+import re
 import shutil
 import subprocess
 import sys
@@ -364,8 +367,9 @@ class Product:
         if installed:
             folder = wine_path(self.folder).replace("\\", "\\\\")
             text += (f'\r\n[{key}]\r\n"Installed"=dword:00000002\r\n'
-                     f'"Install Path"="{folder}"\r\n"Source Dir"="{folder}"\r\n'
-                     f'"UninstallString"="{folder}\\\\Uninstall.exe"\r\n')
+                     f'"Install Path"="{folder}"\r\n"Source Dir"="{folder}"\r\n')
+            if installed != "without an uninstaller":
+                text += f'"UninstallString"="{folder}\\\\Uninstall.exe"\r\n'
         reg = os.path.join(WORK, self.name + ".reg")
         with open(reg, "w", newline="") as f:
             f.write(text)
@@ -496,15 +500,20 @@ def readers(window, *buttons):
 
 def box(title, answer):
     """Finds a message box by its title and answers it; (text, style, owner class)."""
-    out = run_wine(os.path.join(BIN, "BoxProbe.exe"), title, str(answer), "15000")
+    out = run_wine(os.path.join(BIN, "RunProbe.exe"), "box", title, str(answer), "15000")
     if not out:
         raise Failure(f"no box titled {title!r}")
-    _, text, style, owner = out.split("\t")
-    return text, style, owner.split(":")[0]
+    _, _, text, style, owner, _ = out.split("\t")
+    return unescape(text), style, owner.split(":")[0]
 
 
 def no_box(title):
-    return run_wine(os.path.join(BIN, "BoxProbe.exe"), title, "0", "0") == ""
+    return run_wine(os.path.join(BIN, "RunProbe.exe"), "box", title, "0", "0") == ""
+
+
+def unescape(text):
+    """A text with its line breaks, tabs, backslashes and other bytes written as escapes."""
+    return text.encode("latin-1").decode("unicode_escape")
 
 
 # --- Steps: each a tuple, the verb first ---------------------------------------------------
@@ -828,14 +837,22 @@ def step(l, p, s):
 
 # --- The scenarios -------------------------------------------------------------------------
 
-SOUND_Q = "No working sound device was found.\\n\\nDo you want to play without sound?"
+def fatal(expression, file, line):
+    """The framework's assertion box."""
+    return ("Guru meditation failure!", f'Assertion Failed: "{expression}"!\n\nFile:\t{file}\n'
+            f"Line:\t{line}\n\nAbnormal Termination.\n\nSelect Retry for an environment dump.",
+            "style=0x15")
+
+
+LFX = "FrameWork/_lfx/Source/lfx_System"
+SOUND_Q = "No working sound device was found.\n\nDo you want to play without sound?"
 STYLE_Q = "style=0x124"
-M1 = "This demo needs DirectX 7.0 or later.\\n\\nPlease install DirectX and start the demo again."
-M3 = "No display device that supports DirectDraw was found.\\n\\nTarn cannot start."
+M1 = "This demo needs DirectX 7.0 or later.\n\nPlease install DirectX and start the demo again."
+M3 = "No display device that supports DirectDraw was found.\n\nTarn cannot start."
 M4 = "Do you really want to remove Tarn and all of its saved games from this computer?"
-VERSION = ("Launcher.exe (Build 0003)\\n\\nLfxMain        \\t: 1.03.0114 (2/12/02 5:05p)\\n"
-           "CTarnLauncher  \\t: 1.00.0024 (2/22/02 5:26p)\\n\\nPages:\\n\\tLAUNCH\\tINT\\n"
-           "\\tINSTALL\\t\\n\\tHELP\\t\\n\\tOPTIONS\\t\\n")
+VERSION = ("Launcher.exe (Build 0003)\n\nLfxMain        \t: 1.03.0114 (2/12/02 5:05p)\n"
+           "CTarnLauncher  \t: 1.00.0024 (2/22/02 5:26p)\n\nPages:\n\tLAUNCH\tINT\n"
+           "\tINSTALL\t\n\tHELP\t\n\tOPTIONS\t\n")
 GAME = "args=|cwd={folder}\\GameData"
 DEMO_INI = {("Startup", "AppType"): "Demo"}
 INSTALLED = os.path.join(WORK, "installed")
@@ -977,6 +994,11 @@ ROWS = [
         ("look", 2, "focused"), ("box", "Options", 7), ("key", "Escape"), ("shown", "LAUNCH"),
         ("no box", "Options"), ("never", "Uninstall.exe"), ("click", 3), ("shown", "OPTIONS"),
         ("click", 2), ("box", "Options", 6), ("ends",), ("runs", "Uninstall.exe", "args=|cwd=C:\\")]),
+    # An installed product without the registry's uninstaller cannot go on.
+    ("uninstall without an uninstaller", {"installed": "without an uninstaller"}, {}, [
+        ("shown", "LAUNCH"), ("click", 3), ("shown", "OPTIONS"), ("click", 2), ("box", "Options", 6),
+        ("box", "Guru meditation failure!", 2, fatal("!strUninstall.empty()", LFX, 1044)[1:] +
+         ("owner=none",)), ("ends",), ("never", "Uninstall.exe")]),
     # A document's window takes the activation, and when it closes the launcher has it
     # again. The system check runs while the window stands aside; when it ends, the window
     # is back, and active.
@@ -1091,6 +1113,912 @@ for name, damage, size, region in [
         ("shown", "INSTALL"), ("click", 480, 12), ("ends",)]))
 
 
+# --- Starts of the launcher: one run each, its boxes answered in order ----------------------
+
+REPO = os.path.dirname(os.path.dirname(HERE))
+
+
+def regedit(text):
+    """Applies registry lines (the .reg format: "[-KEY]" removes a key)."""
+    reg = os.path.join(WORK, "values.reg")
+    with open(reg, "w", newline="") as f:
+        f.write("REGEDIT4\r\n\r\n" + text.replace("\n", "\r\n"))
+    run_wine("regedit", "/S", wine_path(reg))
+
+
+def reg_values(key, values):
+    """The lines that make the key anew with these values (an int is a DWORD), or remove it."""
+    text = f"[-{key}]\n" + (f"[{key}]\n" if values else "")
+    for name, v in values.items():
+        v = f"dword:{v:08x}" if isinstance(v, int) else '"' + v.replace("\\", "\\\\").replace(
+            '"', '\\"') + '"'
+        text += ("@" if name == "@" else f'"{name}"') + f"={v}\n"
+    return text
+
+
+def run_probe(program, args="", cwd=None, answers=(), trace=None, at=None, leave=False):
+    """Runs a program under Wine as a debuggee, its boxes answered in order and its window
+    closed once seen (RunProbe.exe run): its boxes (title, text, style, owner, answer), the
+    libraries it loaded, its exit code, the "at" report and its trace texts, in a dict."""
+    trace = trace or os.path.join(WORK, "trace.bin")
+    options = [f"/answers:{','.join(map(str, answers))}", "/out:" + wine_path(trace)]
+    options += ["/cwd:" + cwd] if cwd else []
+    options += ["/at:" + at] if at else []
+    options += ["/leave"] if leave else []
+    # Its report goes to a file: a service that a restart starts again would inherit a pipe
+    # and keep it open.
+    report = os.path.join(WORK, "report.txt")
+    with open(report, "w") as f:
+        subprocess.run(["wine", os.path.join(BIN, "RunProbe.exe"), "run", *options, program, args],
+                       env=ENV, stdin=subprocess.DEVNULL, stdout=f, stderr=subprocess.DEVNULL)
+    out = read_file(report)
+    r = {"boxes": [], "libraries": [], "exit": None, "at": None}
+    for line in out.splitlines():
+        kind, _, rest = line.partition("\t")
+        if kind == "box":
+            r["boxes"].append(tuple(map(unescape, rest.split("\t"))))
+        elif kind == "library":
+            r["libraries"].append(rest)
+        elif kind in ("exit", "at"):
+            r[kind] = rest
+    r["texts"] = read_file(trace).split("\0")[:-1]
+    r["lines"] = "".join(r["texts"]).split("\n")
+    if r["lines"][-1] == "":
+        r["lines"].pop()
+    return r
+
+
+def source_line(path, needle):
+    """The line (from 1) of the first occurrence of needle in a file of the source tree."""
+    text = read_file(os.path.join(REPO, path))
+    return text[:text.index(needle)].count("\n") + 1
+
+
+EMPTY_VALUE = fatal("!strSecond.empty()", "FrameWork/_cult/Source/clt_Environment",
+                    source_line("FrameWork/_cult/Source/clt_Environment.cpp",
+                                "CLT_ASSERT(!strSecond.empty())"))
+NO_INI = fatal('clt_IsFilePresent(g_Env["IniPath"])', LFX, 174)
+CANNOT_START = ("Tarn", "The program could not be started.\n\nPlease reinstall Tarn.", "style=0x10")
+INSERT = ("Tarn", "Please insert the Tarn disc into your CD-ROM drive and click OK.", "style=0x31")
+INSERT_FIRST = ("Tarn", "Please insert Tarn disc 1 into your CD-ROM drive and click OK.",
+                "style=0x31")
+OFFER = ("Tarn", "Tarn needs DirectX 7.0 or later, which is not installed on this computer.\n\n"
+         "Do you want to install DirectX now?", "style=0x24")
+RESTART_Q = ("DirectX Setup", "DirectX was installed. Windows must restart before you can play "
+             "Tarn.\n\nDo you want to restart now?", "style=0x24")
+ASK2 = [(("Tarn", SOUND_Q, "style=0x124"), 7)] * 2  # the sound check's two questions, declined
+STATE1, RUNNING = "LfxMain: m_dwState is [1]", "LfxMain: PreInitializePages started."
+HAND_OVER = "LfxMain: Launcher is running from CD. Transferring to HD."
+FROM_HD = "LfxMain: Launcher is running from HD or in debug mode."
+HELP_FAIL = "LfxMain: \tGetIniString - Section [Documentation] Key [Help] - Fail"
+REGISTRATIONS = ["LfxMain: ", "Early construction completed.\n", "LfxMain: ",
+                 "Registering launcher\n"] + [t for page in ("INSTALL", "LAUNCH", "LAUNCH", "HELP",
+                                                             "OPTIONS")
+                                              for t in ("LfxMain: ", f"Registering page [{page}]\n")]
+PLANTED = ["ddraw.dll", "DSOUND.DLL", "winmm.dll", "msvfw32.dll", "comctl32.dll", "uxtheme.dll",
+           "oleacc.dll"]
+PROBE_LINE = source_line("tests/FrameWork/_cult/assert_probe.cpp", "CLT_ASSERT(probeValue == 0)")
+PROBE_FAILS = fatal("probeValue == 0", "tests/FrameWork/_cult/assert_probe", PROBE_LINE)
+
+
+def environment_dump(entries):
+    """The assertion's environment dump: entries in the order of the environment's buckets
+    (h = h * 33 + signed byte, modulo 1024)."""
+    def bucket(key):
+        h = 0
+        for c in key.encode():
+            h = (h * 33 + (c - 256 if c > 127 else c)) & 0xFFFFFFFF
+        return h % 1024
+    return "".join(f"{k}: {v}\n" for k, v in sorted(entries, key=lambda e: bucket(e[0])))
+
+
+def start_ini(values):
+    """A setup.ini of the launcher tests' own, the given keys changed (None removes one)."""
+    ini = {("Registry", "Company"): "Launcher Tests", ("Registry", "Product"): "row",
+           ("Registry", "Version"): "1.0", ("Startup", "InstallDX"): "1",
+           ("Startup", "AppType"): "Retail", ("Startup", "DirectXVer"): "7.0",
+           ("Startup", "Disks"): "1", ("Startup", "Data"): "TARN",
+           ("Files", "Launcher"): "Launcher.exe", ("Files", "SetupDll"): "VokSetup.dll",
+           ("Files", "Product"): "Tarn.exe", ("Files", "Installer"): "TarnSetup.exe",
+           ("Folders", "Product"): "Game", ("Folders", "DirectXCurrent"): "DirectX",
+           ("Url", "DirectX"): "https://directx.example", ("Mutex", "Launcher"): "LauncherMutex-row",
+           ("Mutex", "Product"): "GameMutex-row"}
+    ini.update(values)
+    text = ""
+    for section in dict.fromkeys(s for s, _ in ini):
+        text += f"[{section}]\r\n" + "".join(f"{k}={v}\r\n" for (s, k), v in ini.items()
+                                             if s == section and v is not None)
+    return text
+
+
+START_KEY = "HKEY_LOCAL_MACHINE\\Software\\Launcher Tests\\row\\1.0"
+APP_DEFAULTS = "HKEY_CURRENT_USER\\Software\\Wine\\AppDefaults\\"
+
+
+def fresh(path):
+    shutil.rmtree(path, ignore_errors=True)
+    os.makedirs(path)
+    return path
+
+
+def start_product(folder, s):
+    """Lays out folder\\Launcher.exe and its data folder with the test build of the setup
+    library and a setup.ini of the row's (the setup library's [VokSetupTest] settings after
+    it), and registers the product as the row says."""
+    data = os.path.join(folder, s.get("anchor", "Install"))
+    os.makedirs(data, exist_ok=True)
+    shutil.copy(os.path.join(BIN, s.get("program", "Launcher.exe")), folder)
+    shutil.copy(os.path.join(BIN, s.get("library", "VokSetup.dll")), data)
+    for name in s.get("skin", []):
+        shutil.copy(os.path.join(DEMO, "Install", name), data)
+    ini = dict(s.get("ini", {}))
+    if "library" in s:
+        ini[("Files", "SetupDll")] = s["library"]
+    write(os.path.join(data, "setup.ini"),
+          (start_ini(ini) + s.get("settings", "")).encode("latin-1"))
+    return data
+
+
+def start_row(name, s, args, want):
+    """One start of the launcher (or another program): the product laid out and registered
+    as the setup s says, run with args, its boxes answered; want: "boxes" (title, text,
+    style) with their answers, trace "lines" ("-" before a line: it must not be there; "=":
+    the last step before the destruction), the whole "trace", trace "texts" from an index,
+    what the installed launcher or the installer "recorded", the "at" report, "libraries"
+    only from the system but the setup library, the records a trace "viewer" received."""
+    folder = fresh(os.path.join(WORK, "row"))
+    installed = fresh(folder + "-installed")
+    win, cwd = wine_path(folder), wine_path(folder)
+    program, record = win + "\\" + s.get("program", "Launcher.exe"), None
+    data = start_product(folder, s)
+    reg, cleanup, holders = reg_values(START_KEY, {}), "", []
+    if "at" in s:  # the launcher elsewhere: the root of drive R:, or a folder of its own
+        elsewhere = os.path.join(SESSION, "drive-r") if s["at"] == "R:" else fresh(
+            os.path.join(WORK, "plain"))
+        for entry in os.listdir(elsewhere):
+            if entry in ("Install", "Launcher.exe"):
+                shutil.rmtree(os.path.join(elsewhere, entry), ignore_errors=True)
+        if s["at"] == "R:":
+            shutil.copytree(data, os.path.join(elsewhere, "Install"))
+        shutil.copy(os.path.join(BIN, "Launcher.exe"), elsewhere)
+        program = "R:\\Launcher.exe" if s["at"] == "R:" else wine_path(elsewhere) + "\\Launcher.exe"
+    if "helper" in s:  # a helper program of the demo product, in its data folder
+        cwd = wine_path(os.path.join(DEMO, "Install"))
+        program = cwd + "\\" + s["helper"]
+    if s.get("browser"):  # a recorder registered as the browser (the machine's classes)
+        shutil.copy(HELPER, os.path.join(folder, "browser.exe"))
+        record = os.path.join(folder, "browser.exe.log")
+        reg += reg_values("HKEY_LOCAL_MACHINE\\Software\\Classes\\https\\shell\\open\\command",
+                          {"@": f'"{win}\\browser.exe" "%1"'})
+    if s.get("cwd") == "":  # the folder the tests start in
+        cwd = wine_path(WORK)
+    if "installed" in s:  # where the registry says it is installed, and its launcher
+        path, source, launcher = s["installed"]
+        values = {"Installed": 2, "Install Path": win.lower() if path == "lower" else
+                  path.replace("$", win)}
+        if source:
+            values["Source Dir"] = source.replace("$", win)
+        reg = reg_values(START_KEY, values)
+        if launcher == 1:
+            shutil.copy(HELPER, os.path.join(installed, "Launcher.exe"))
+        elif launcher == 2:
+            write(os.path.join(installed, "Launcher.exe"), b"not a program")
+        record = os.path.join(installed, "Launcher.exe.log")
+    if "reg" in s:
+        reg = reg_values(START_KEY, s["reg"])
+    if "remove" in s:
+        path = os.path.join(folder, s["remove"])
+        shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
+    if "disc" in s:  # the product on the CD in that drive, with a recorder for the installer
+        drive = os.path.join(SESSION, "drive-" + s["disc"].lower())
+        for entry in os.listdir(drive):
+            if entry != ".windows-label":
+                shutil.rmtree(os.path.join(drive, entry), ignore_errors=True) if os.path.isdir(
+                    os.path.join(drive, entry)) else os.remove(os.path.join(drive, entry))
+        shutil.copy(HELPER, os.path.join(data, "TarnSetup.exe"))
+        shutil.copytree(folder, drive, dirs_exist_ok=True)
+        program, cwd = s["disc"] + ":\\Launcher.exe", wine_path(WORK)
+        record = os.path.join(drive, "Install", "TarnSetup.exe.log")
+    for folder_name in s.get("folders", []):
+        os.makedirs(os.path.join(folder, folder_name))
+    if s.get("game"):  # a recorder for the game
+        os.makedirs(os.path.join(folder, "Game"))
+        shutil.copy(HELPER, os.path.join(folder, "Game", "Tarn.exe"))
+        record = os.path.join(folder, "Game", "Tarn.exe.log")
+    if "dsound" in s:  # the system's DSOUND.DLL replaced, and taken from the system folder
+        system = os.path.join(ENV["WINEPREFIX"], "drive_c", "windows", "system32", "dsound.dll")
+        original = system + ".original"
+        if not os.path.exists(original):
+            shutil.copy(system, original)
+        if s["dsound"]:
+            write(system, b"This is not a library.") if s["dsound"] == "garbage" else \
+                shutil.copy(os.path.join(BIN, "..", "fake-dsound", s["dsound"], "dsound.dll"), system)
+            reg += f'[{APP_DEFAULTS}Launcher.exe\\DllOverrides]\n"dsound"="native"\n'
+            cleanup += f"[-{APP_DEFAULTS}Launcher.exe]\n"
+    if s.get("win95"):
+        reg += f'[{APP_DEFAULTS}Launcher.exe]\n"Version"="win95"\n'
+        cleanup += f'[-{APP_DEFAULTS}Launcher.exe]\n'
+    if s.get("planted"):  # decoys beside the launcher, in its data folder and where it starts
+        cwd = wine_path(os.path.join(folder, "Current"))
+        for where in (folder, data, os.path.join(folder, "Current")):
+            os.makedirs(where, exist_ok=True)
+            for name in PLANTED:
+                shutil.copy(os.path.join(BIN, "..", "planted", name[:-4] + ".dll"),
+                            os.path.join(where, name))
+        # Wine otherwise always uses its own libraries: ask for the files first, as Windows does.
+        for program_name in ("loader.exe", "Launcher.exe"):
+            reg += f"[{APP_DEFAULTS}{program_name}\\DllOverrides]\n" + "".join(
+                f'"{n[:-4].lower()}"="native,builtin"\n' for n in PLANTED)
+            cleanup += f"[-{APP_DEFAULTS}{program_name}]\n"
+    regedit(reg)
+    # A program that holds the mutexes named, or keeps a file open without sharing it.
+    holds = ["-HOLD=" + ",".join(s["hold"])] if "hold" in s else []
+    holds += ["-HOLD=RestartSentinel"] if "restart" in want else []
+    holds += ["-LOCK=" + wine_path(os.path.join(folder, s["lock"]))] if "lock" in s else []
+    for what in holds:
+        holder = os.path.join(fresh(os.path.join(WORK, f"holder{len(holders)}")), "holder.exe")
+        shutil.copy(HELPER, holder)
+        holders.append((holder, subprocess.Popen(["wine", holder, what], env=ENV,
+                                                 stdin=subprocess.DEVNULL,
+                                                 stderr=subprocess.DEVNULL)))
+        wait_for(lambda: os.path.exists(holder + ".ready"), "the holder")
+    viewer = None
+    if "viewer" in want:  # TraceWin, both of its windows open
+        records = os.path.join(folder, "tracewin.txt")
+        viewer = subprocess.Popen(["wine", os.path.join(BIN, "TraceWin.exe"),
+                                   "/out:" + wine_path(records), "/class:both"], env=ENV,
+                                  stdin=subprocess.DEVNULL)
+        for title in ("TraceWin - TraceWin TRACE Window", "TraceWin - MfxTraceWindow"):
+            wait_for(lambda: x_position(title), title)
+    try:
+        if s.get("planted"):  # the decoys work: a program beside them that asks gets them
+            shutil.copy(HELPER, os.path.join(folder, "loader.exe"))
+            for name in PLANTED:
+                subprocess.run(["wine", os.path.join(folder, "loader.exe"), "-LOAD=" + name],
+                               env=ENV, cwd=folder, stdin=subprocess.DEVNULL)
+                expect(os.path.exists(os.path.join(folder, name + ".loaded")), True, name)
+        fill = lambda t: t.replace("$", win)
+        r = run_probe(program, fill(args), cwd, [a for _, a in want.get("boxes", [])],
+                      at=s.get("at trace"))
+    finally:
+        if "restart" in want:  # every program of the prefix has ended, the sentinel too
+            wait_for(lambda: all(p.poll() is not None for _, p in holders), "the restart's end")
+        if "dsound" in s:
+            shutil.copy(original, system)
+        for holder, process in holders:
+            open(holder + ".release", "w").close()
+            process.wait()
+        if viewer:
+            viewer.kill()
+            viewer.wait()
+        regedit(reg_values(START_KEY, {}).split("\n")[0] + "\n" + cleanup)
+    if "restart" not in want:  # the restart ends the probe too, sooner or later
+        expect(r["exit"], want.get("exit", "0"), "exit code")
+    expect([b[:3] for b in r["boxes"]], [tuple(map(fill, b)) for b, _ in want.get("boxes", [])],
+           "the boxes")
+    for line in map(fill, want.get("lines", [])):
+        if line[0] == "-":
+            expect(line[1:] in r["lines"], False, line)
+        elif line[0] == "=":  # the last step before the destruction
+            expect(r["lines"][-3:-2], [line[1:]], "the last step")
+        else:
+            expect(line in r["lines"], True, line)
+    if "trace" in want:
+        expect(r["lines"], list(map(fill, want["trace"])), "the trace")
+    for at, texts in want.get("texts", []):
+        expect(r["texts"][at:at + len(texts) or None], texts, f"the texts from {at}")
+    # A fatal condition ends the process at once; every other start ends in order.
+    guru = any(b[0][0] == "Guru meditation failure!" for b in want.get("boxes", []))
+    if "restart" not in want and "helper" not in s:
+        expect("LfxMain: Destruction completed." in r["lines"], not guru and program.endswith(
+            "Launcher.exe"), "the destruction")
+    if "recorded" in want:
+        if want["recorded"]:
+            wait_for(lambda: read_file(record), "the record")
+        expect(read_file(record), fill(want["recorded"]), "the record")
+    if "at" in want:
+        expect(r["at"], want["at"], "the window at that trace")
+    if "window" in want:  # a program's window with this text in its title
+        wait_for(lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name",
+                                         want["window"]], env=ENV, capture_output=True).stdout,
+                 want["window"])
+    if "libraries" in want:  # only the setup library from the product's folders
+        ours = [x for x in r["libraries"] if x.lower().startswith(win.lower())]
+        expect(ours, [win + "\\Install\\VokSetup.dll"], "the libraries from the product")
+        expect(len(r["libraries"]) > 5, True, "libraries were reported")
+    if "viewer" in want:
+        received = [line.split("\t") for line in read_file(records).splitlines()]
+        texts = [unescape(t) for _, _, _, t in received]
+        expect([(tag, data, int(size)) for tag, data, size, _ in received],
+               [("twin", "6E697774", len(t)) for t in texts], "the records")
+        expect(texts, want["viewer"], "the texts TraceWin received")
+
+
+def installed(path, source, launcher=0):
+    """Registered as installed at path (from source): its launcher 1 a recorder, 2 a file
+    that is no program, 0 none; "$" stands for the product's folder."""
+    return {"installed": (path, source, launcher)}
+
+
+def on_disc(drive, app_type, disks):
+    """On the CD in that drive (the session's drives F: to I: have the labels GAME_DISC1, GAM,
+    OTHER and game), its label to begin with GAME; -I runs the installer, a recorder."""
+    return {"disc": drive, "ini": {("Startup", "Data"): "GAME", ("Startup", "AppType"): app_type,
+                                   ("Startup", "Disks"): disks}}
+
+
+def directx(win95, current, old, report="DirectXState=2\r\nDirectXInstall=0", install="1",
+            folders=("DirectX", "DX95")):
+    """DirectX as the setup library reports it and installs it, installed from [Folders]
+    DirectXCurrent or, on Windows 95, DirectX (None: the key is missing)."""
+    return {"ini": {("Folders", "DirectXCurrent"): current, ("Folders", "DirectX"): old,
+                    ("Startup", "InstallDX"): install}, "folders": list(folders),
+            "settings": f"[VokSetupTest]\r\n{report}\r\n", "installed": ("$", "$", 0),
+            "win95": win95}
+
+
+def ini_row(section, key, value):
+    return {"ini": {(section, key): value}}
+
+
+CONFIG_TRACE = [
+    "WinMain: Initializing CltWinApp", "DISABLEMUTEX is empty.", "X is [a b]",
+    "ModuleFileName is [$\\Launcher.exe]", "CltApp: Running application...",
+    "LfxMain: Init started.", "LfxMain: PreIninitializeLauncher started.",
+    "LfxMain: m_dwOptions is [0x00000000]", "LauncherDir is [$]", "Anchor is [Install]",
+    "DataDir is [$\\Install]", "IniPath is [$\\Install\\setup.ini]"] + [
+    f"LfxMain: \tGetIni{kind} - Section [{s}] Key [{k}] - Success [{v}]" if s else k
+    for kind, s, k, v in [
+        ("String", "Registry", "Company", "Launcher Tests"), ("String", "Registry", "Product", "row"),
+        ("String", "Registry", "Version", "1.0"),
+        ("", "", "RegistryFolder is [Software\\Launcher Tests\\row\\1.0]", ""),
+        ("DWORD", "Startup", "InstallDX", "1"), ("String", "Startup", "AppType", "Retail"),
+        ("", "", "InstallDir is empty.", ""), ("String", "Files", "Launcher", "Launcher.exe"),
+        ("", "", "LauncherName is [Launcher.exe]", ""),
+        ("String", "Startup", "DirectXVer", "7.0"), ("", "", "DirectXVersion is [7.0]", ""),
+        ("String", "Url", "DirectX", "https://directx.example"),
+        ("", "", "DirectXUrl is [https://directx.example]", ""), ("DWORD", "Startup", "Disks", "1"),
+        ("", "", "LfxMain: m_nDisks is [1]", ""), ("String", "Files", "SetupDll", "VokSetup.dll")]
+] + ["LfxMain: strSetupDll is [VokSetup.dll]", "ProductName is [Tarn]", "MediaName is [Tarn]",
+     "Language is [INT]", "CharacterSet is [DEFAULT_CHARSET]",
+     "LfxMain: PreInitializeLauncher completed.", "LfxMain: DetermineLauncherState started.",
+     "SourceDir is [$]", "LfxMain: m_dwState is [2]", "LfxMain: CheckMutex started.",
+     RUNNING, "LfxMain: PreCreateLauncher started.",
+     "LfxMain: Running launcher...LfxMain: Page [INSTALL] shown.",
+     # The window, asked to close, closes the help first.
+     HELP_FAIL, "LfxMain: Destruction completed.", "CltApp: Destruction"]
+PROBE = {"program": "assert_probe.exe"}
+NO_DESTRUCTION = ["-CltApp: Destruction"]
+
+# Each row: name, the setup (see start_row), the command line, what must be seen.
+START_ROWS = [
+    ("start: the whole trace of a start", {}, '-DISABLEMUTEX -x="a b"', {
+        "trace": CONFIG_TRACE,  # a prefix and its message reach the debugger as two texts
+        "texts": [(4, ["CltApp: ", "Running application...\n"]),
+                  (-2, ["CltApp: ", "Destruction\n"])]}),
+    # TraceWin hears only what is traced before the debugger's sink is in place.
+    ("start: TraceWin", {}, "-DISABLEMUTEX", {
+        "viewer": REGISTRATIONS, "texts": [(0, ["WinMain: Initializing CltWinApp\n"])]}),
+    # While the first page is being put in place (its trace text holds the launcher still),
+    # the window already has its region (complex) but is not shown yet: it appears complete.
+    ("start: the first frame", {"skin": ["product.bmp", "product.rgn"],
+                                "at trace": "Page [INSTALL] shown."}, "", {"at": "0 3"}),
+    # System libraries come from the system only: decoys of every one the launcher pulls in
+    # are never loaded, neither by the checks before the game (-I) nor by the window.
+    ("start: planted libraries, the checks", dict(installed("$", "$"), planted=True), "-I", {
+        "libraries": True, "boxes": [(("Tarn", SOUND_Q, "style=0x124"), 7)] * 2}),
+    ("start: planted libraries, the window", dict(installed("$", "$"), planted=True), "",
+     {"libraries": True}),
+    # The assertion box: Retry shows the environment, Cancel does not; the exit code is 0.
+    ("assertion: retry", PROBE, "-FAIL", {"lines": NO_DESTRUCTION, "boxes": [
+        (PROBE_FAILS, 4), (("Environment Dump", environment_dump([
+            ("__UNDEFINED", "[Undefined]"), ("FAIL", ""),
+            ("MODULEFILENAME", "$\\assert_probe.exe"),
+            ("PROBENAME", "Guru"), ("PROBE EMPTY", "")]), "style=0x0"), 1)]}),
+    ("assertion: cancel", PROBE, "-FAIL", {"lines": NO_DESTRUCTION, "boxes": [(PROBE_FAILS, 2)]}),
+    ("assertion: no environment", PROBE, "-NOENV", {"lines": NO_DESTRUCTION, "boxes": [
+        (PROBE_FAILS, 4), (("Environment Dump", "No environment present!", "style=0x0"), 1)]}),
+    ("assertion: an empty value", PROBE, "-EMPTY", {"lines": NO_DESTRUCTION,
+                                                    "boxes": [(EMPTY_VALUE, 2)]}),
+    # Where the launcher and its data folder are.
+    ("where: drive root", {"at": "R:", "cwd": ""}, "-DISABLEMUTEX",
+     {"lines": ["LauncherDir is [R:\\]", "DataDir is [R:\\Install]"]}),
+    ("where: anchor with a value", {"anchor": "Data"}, "-DISABLEMUTEX -ANCHOR=Data",
+     {"lines": ["ANCHOR is [Data]", "DataDir is [$\\Data]"]}),
+    ("where: anchor without a value", {"anchor": ""}, "-DISABLEMUTEX -ANCHOR",
+     {"lines": ["ANCHOR is empty.", "DataDir is [$]"]}),
+    ("where: debug with a folder", {"at": "plain", "cwd": ""}, "-DISABLEMUTEX -DEBUG=$",
+     {"lines": ["LfxMain: m_dwOptions is [0x0000000a]", "LauncherDir is [$]"]}),
+    ("where: debug without a value", {"at": "plain"}, "-DISABLEMUTEX -DEBUG",
+     {"lines": ["DEBUG is empty.", "LauncherDir is [$]", "DataDir is [$\\Install]"]}),
+    # The state, the source folder and the hand-over to the installed launcher.
+    ("state: installed without a path", installed("", "E:\\", 1), "-DISABLEMUTEX", {"lines": [
+        "InstallDir is empty.", "SourceDir is [$]", "LfxMain: m_dwState is [2]", RUNNING],
+        "recorded": ""}),
+    ("state: from the media", installed("$-installed", "E:\\", 1), "-DISABLEMUTEX", {"lines": [
+        "LfxMain: Comparing LauncherDir [$] and InstallDir [$-installed].", HAND_OVER,
+        "-" + RUNNING], "recorded": "args=|cwd=$-installed\n"}),
+    ("state: switch Y", installed("$-installed", "E:\\", 1), "-DISABLEMUTEX -Y", {"lines": [
+        FROM_HD, "SourceDir is [E:\\]", STATE1, RUNNING, "LfxMain: strFilProduct is [Tarn.exe].",
+        "LfxMain: strFilDir is [Game]."], "recorded": ""}),
+    ("state: switch DEBUG", installed("$-installed", "E:", 1), "-DISABLEMUTEX -DEBUG",
+     {"lines": ["SourceDir is [E:\\]", STATE1, RUNNING], "recorded": ""}),
+    ("state: switch V", installed("$-installed", "D:\\Setup\\", 1), "-V", {"lines": [
+        "SourceDir is [D:\\Setup]", "LfxMain: PreCreateLauncher started.", STATE1, RUNNING],
+        "recorded": "", "boxes": [(("Tarn", VERSION, "style=0x0"), 1)]}),
+    ("state: installed launcher missing", installed("$-installed", "D:\\Setup"), "-DISABLEMUTEX",
+     {"lines": ["SourceDir is [D:\\Setup]", STATE1, RUNNING]}),
+    ("state: uninstall requested", installed("$-installed", "E:\\"), "-DISABLEMUTEX -UNINSTALL",
+     {"lines": ["LfxMain: m_dwState is [3]", RUNNING]}),
+    ("state: uninstall requested with I: the window, not the game",
+     installed("$-installed", "E:\\"), "-DISABLEMUTEX -I -UNINSTALL", {"lines": [
+         "LfxMain: m_dwState is [3]", RUNNING, "LfxMain: Running launcher..." + HELP_FAIL]}),
+    ("state: installed launcher that cannot be started", installed("$-installed", "E:\\", 2),
+     "-DISABLEMUTEX", {"lines": [HAND_OVER, "-" + RUNNING], "boxes": [(CANNOT_START, 1)]}),
+    ("state: same folder in another case", installed("lower", "E:\\"), "-DISABLEMUTEX",
+     {"lines": [FROM_HD, RUNNING]}),
+    ("state: same folder with a trailing backslash", installed("$\\", "E:\\"), "-DISABLEMUTEX",
+     {"lines": [FROM_HD, RUNNING]}),
+    ("state: no Source Dir", installed("$-installed", ""), "-DISABLEMUTEX",
+     {"lines": ["SourceDir is [$-installed]", STATE1, RUNNING]}),
+    ("state: installed value 1: nothing more", {"reg": {"Installed": 1}}, "-V",
+     {"lines": ["=RegistryFolder is [Software\\Launcher Tests\\row\\1.0]"]}),
+    # One launcher at a time, and none while the game runs.
+    ("instances: launcher running", {"hold": ["LauncherMutex-row"]}, "-V",
+     {"lines": ["=LfxMain: Launcher is already running.", "-" + RUNNING]}),
+    ("instances: game running", {"hold": ["GameMutex-row"]}, "-V",
+     {"lines": ["=LfxMain: Game is already running.", "-" + RUNNING]}),
+    ("instances: launcher and game running", {"hold": ["LauncherMutex-row", "GameMutex-row"]},
+     "-V", {"lines": ["=LfxMain: Game is already running.", "-" + RUNNING]}),
+    ("instances: neither running", {}, "",
+     {"lines": ["LfxMain: Launcher, Game are not running.", RUNNING]}),
+    # What the launcher cannot go on without: the assertion box, answered with Cancel.
+    ("fatal: no data folder", {"remove": "Install"}, "", {"boxes": [
+        (fatal('clt_IsDirectoryPresent(g_Env["DataDir"])', LFX, 173), 2)]}),
+    ("fatal: no setup.ini", {"remove": "Install/setup.ini"}, "", {"boxes": [(NO_INI, 2)]}),
+    ("fatal: setup.ini locked", {"lock": "Install/setup.ini"}, "", {"boxes": [(NO_INI, 2)]}),
+    ("fatal: setup library missing", ini_row("Files", "SetupDll", "Missing.dll"), "",
+     {"boxes": [(fatal("m_hSetupDll!=0", LFX, 227), 2)]}),
+    ("fatal: a setup library without its entry", {"library": "NoExport.dll"}, "",
+     {"boxes": [(fatal("VokSetup_GetSetup!=0", LFX, 230), 2)]}),
+    ("fatal: a setup library that refuses", {"library": "RefusingSetup.dll"}, "", {"boxes": [
+        (fatal('VokSetup_GetSetup(g_Env["DataDir"],&m_pVokSetup)', LFX, 231), 2)]}),
+    ("fatal: launcher mutex empty", ini_row("Mutex", "Launcher", ""), "",
+     {"boxes": [(fatal("!strLauncherMutex.empty()", LFX, 336), 2)]}),
+    ("fatal: game mutex missing", ini_row("Mutex", "Product", None), "",
+     {"boxes": [(fatal("!strGameMutex.empty()", LFX, 337), 2)]}),
+    ("fatal: launcher name missing", ini_row("Files", "Launcher", None), "",
+     {"boxes": [(EMPTY_VALUE, 2)]}),
+    ("fatal: DirectX version missing", ini_row("Startup", "DirectXVer", None), "",
+     {"boxes": [(EMPTY_VALUE, 2)]}),
+    # A retail product's disc: its label must begin with [Startup] Data.
+    ("media: label GAME_DISC1", on_disc("F", "Retail", "1"), "-I", {"recorded": "args=|cwd=F:\\\n"}),
+    ("media: label game, RETAIL", on_disc("I", "RETAIL", "1"), "-I",
+     {"recorded": "args=|cwd=I:\\\n"}),
+    ("media: label GAM", on_disc("G", "Retail", "1"), "-I",
+     {"recorded": "", "boxes": [(INSERT, 2)]}),
+    ("media: another disc of two", on_disc("H", "Retail", "2"), "-I",
+     {"recorded": "", "boxes": [(INSERT_FIRST, 2)]}),
+    ("media: another disc, asked again", on_disc("H", "Retail", "0"), "-I",
+     {"recorded": "", "boxes": [(INSERT, 1), (INSERT, 2)]}),
+    ("media: a demo asks for no disc", on_disc("G", "Demo", "1"), "-I",
+     {"recorded": "args=|cwd=G:\\\n"}),
+    # DirectX as the setup library reports it: ready, or the launcher stops without a word,
+    # or it cannot be installed, or the player declines; installed from the media, with or
+    # without the restart that the player declines (the restart itself is a system row).
+    ("directx: ready", directx(False, "DirectX", None, "DirectXState=1"), "-I", {"boxes": ASK2}),
+    ("directx: stop silently", directx(False, "DirectX", None, "DirectXState=4"), "-I",
+     {"boxes": []}),
+    ("directx: not installable", directx(False, "DirectX", None, "DirectXState=2", "0"), "-I", {
+        "boxes": [(("Tarn", "Tarn needs DirectX 7.0 or later.\n\nPlease install DirectX from "
+                    "https://directx.example and start Tarn again.", "style=0x40"), 1)]}),
+    ("directx: installation declined", directx(False, "DirectX", None), "-I",
+     {"boxes": [(OFFER, 7)]}),
+    ("directx: the folder not on the media", directx(False, "DirectX", None, folders=()), "-I", {
+        "boxes": [(OFFER, 6), (("DirectX Setup", "The DirectX folder was not found on the Tarn "
+                                "disc.", "style=0x0"), 1)]}),
+    ("directx: installed without a restart", directx(False, "DirectX", None), "-I",
+     {"boxes": [(OFFER, 6)] + ASK2}),
+    ("directx: restart declined", directx(False, "DirectX", None, "DirectXState=2\r\n"
+                                          "DirectXInstall=1"), "-I",
+     {"boxes": [(OFFER, 6), (RESTART_Q, 7)]}),
+    # Windows 95 installs from DX95 although DirectXCurrent names no folder, and goes on to
+    # the checks before the game.
+    ("directx: current folder missing", directx(False, None, "DX95"), "-I", {"boxes": [
+        (OFFER, 6), (fatal("GetIniString(SCT_FOLDERS,VAL_DIRECTX_CURRENT,strDirectX)", LFX, 1181),
+                     2)]}),
+    ("directx: Windows 95 folder missing", directx(True, "DirectX", None), "-I", {"boxes": [
+        (OFFER, 6), (fatal("GetIniString(SCT_FOLDERS,VAL_DIRECTX,strDirectX)", LFX, 1198), 2)]}),
+    ("directx: Windows 95 folder", directx(True, "Missing", "DX95"), "-I",
+     {"boxes": [(OFFER, 6)] + ASK2}),
+]
+
+
+def launcher_processes():
+    """The running programs named Launcher.exe (a program under Wine shows its Windows
+    command line)."""
+    out = subprocess.run(["ps", "-eo", "args"], capture_output=True, text=True).stdout
+    return sum(line.split(" ")[0].strip('"').lower().endswith("\\launcher.exe")
+               for line in out.splitlines())
+
+
+def many_at_once(name, args, media):
+    """Twenty launchers started at the same moment: exactly one goes on (to its version box,
+    to its window, or, for copies on the media, the installed launcher to its window) and the
+    others end quietly with exit code 0. A launcher that goes on holds the launcher mutex
+    until it ends, so nothing is answered or closed until all others have ended."""
+    folder, copy = fresh(os.path.join(WORK, "twenty")), fresh(os.path.join(WORK, "twenty-copy"))
+    start_product(folder, {})
+    values = {}
+    if media:
+        start_product(copy, {})
+        values = {"Installed": 2, "Install Path": wine_path(copy), "Source Dir": "E:\\"}
+    regedit(reg_values(START_KEY, values))
+    traces = [os.path.join(folder, f"trace{i}.bin") for i in range(20)]
+    runs = [subprocess.Popen(["wine", os.path.join(BIN, "RunProbe.exe"), "run", "/leave",
+                              "/out:" + wine_path(t), wine_path(folder) + "\\Launcher.exe", args],
+                             env=ENV, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+            for t in traces]
+    try:
+        wait_for(lambda: sum(r.poll() is not None for r in runs) == 19 + media,
+                 "all but the one that goes on to end", timeout=60)
+        if args:
+            box("Tarn", 1)
+        else:
+            wait_for(lambda: launcher_processes() == 1, "one launcher", timeout=60)
+            wait_for(lambda: len(subprocess.run(
+                ["xdotool", "search", "--onlyvisible", "--name", "^Tarn$"], env=ENV,
+                capture_output=True, text=True).stdout.split()) == 1, "one window", timeout=60)
+            expect(no_box("Tarn"), True, "no box")
+            run_wine(os.path.join(BIN, "WinProbe.exe"), "Tarn", "close")
+            wait_for(lambda: launcher_processes() == 0, "no launcher", timeout=60)
+        outs = [r.communicate(timeout=60)[0] for r in runs]
+    finally:
+        for r in runs:
+            r.kill()
+        regedit(reg_values(START_KEY, {}))
+    expect([o.splitlines()[-1:] for o in outs], [["exit\t0"]] * 20, "the exit codes")
+    # Launchers that start together also see each other's momentary test of the game's
+    # mutex, so a refused launcher reports either a running launcher or a running game.
+    lines = ["".join(read_file(t).split("\0")).split("\n") for t in traces]
+    count = lambda *wanted: sum(any(w in l for w in wanted) for l in lines)
+    expect(count("LfxMain: Launcher, Game are not running."), 0 if media else 1, "went on")
+    expect(count("LfxMain: Launcher is already running.", "LfxMain: Game is already running."),
+           0 if media else 19, "refused")
+    expect(count(HAND_OVER), 20 if media else 0, "handed over")
+
+
+# The system changed (in a throwaway copy of the prefix, see main): the system's DSOUND.DLL
+# replaced by one that does not load, one without DirectSoundCreate and one whose device
+# refuses the cooperative level; after each failure the product asks whether to play without
+# sound. Then a restart for DirectX, which ends every program of the prefix.
+GAME_ROW = dict(installed("$", "$"), game=True, folders=["DirectX", "GameData"],
+                settings="[VokSetupTest]\r\nDirectXState=1\r\n")
+NOT_STARTED, ASK = CANNOT_START, ASK2[0][0]
+REFUSED = ("Tarn", SOUND_Q, "style=0x10")
+START_ROWS += [
+    ("system: Wine's DirectSound without a device", dict(GAME_ROW, dsound=""), "-I",
+     {"boxes": [(ASK, 6)], "recorded": "args=|cwd=$\\GameData\n"}),
+    ("system: DirectSound not a library", dict(GAME_ROW, dsound="garbage"), "-I",
+     {"boxes": [(NOT_STARTED, 1), (ASK, 7)], "recorded": ""}),
+    ("system: DirectSound without DirectSoundCreate", dict(GAME_ROW, dsound="noentry"), "-I",
+     {"boxes": [(NOT_STARTED, 1), (ASK, 7)], "recorded": ""}),
+    ("system: DirectSound refusing the cooperative level", dict(GAME_ROW, dsound="nocoop"), "-I",
+     {"boxes": [(REFUSED, 1), (ASK, 7)], "recorded": ""}),
+    ("system: DirectSound refusing, played all the same", dict(GAME_ROW, dsound="nocoop"), "-I",
+     {"boxes": [(REFUSED, 1), (ASK, 6)], "recorded": "args=|cwd=$\\GameData\n"}),
+    ("system: the restart for DirectX", dict(GAME_ROW, settings="[VokSetupTest]\r\n"
+                                             "DirectXState=2\r\nDirectXInstall=1\r\n"), "-I",
+     {"restart": True, "boxes": [(OFFER, 6), (RESTART_Q, 6)]}),
+]
+# The demo product's helper programs as the launcher starts them, in the data folder with
+# one key: unknown keys are reported, never a crash; known ones open their document in the
+# program the system has for it, or their web address in the registered browser.
+START_ROWS += [(f"helpers: {helper} {key or 'without a key'}", {"helper": helper}, key, {
+    "exit": "1", "boxes": [(("Tarn", f"No {what} is known by the name [{key}].", "style=0x30"), 1)]})
+    for helper, key, what in [("Doc.exe", "MANUAL", "document"), ("Doc.exe", "", "document"),
+                              ("Url.exe", "README", "web address")]]
+START_ROWS += [
+    ("system: a document opens with the shell", {"helper": "Doc.exe"}, "README",
+     {"window": "Notepad"}),
+    ("system: a web address opens in the browser", {"helper": "Url.exe", "browser": True},
+     "HOMEPAGE", {"recorded": 'args="https://tarn.example"|cwd=' +
+                  wine_path(os.path.join(DEMO, "Install")) + "\n"}),
+]
+MANY_ROWS = [("many at once: version box", "-V", False), ("many at once: window", "", False),
+             ("many at once: hand-over", "", True)]
+
+
+# --- The product checker: the demo product, and copies of it broken one fault at a time ------
+
+def run_check(*args, cwd=None):
+    """ProductCheck.exe run as a publisher runs it: (exit code, output, errors), line breaks
+    as written."""
+    r = subprocess.run(["wine", os.path.join(BIN, "ProductCheck.exe"), *args], env=ENV, cwd=cwd,
+                       capture_output=True, stdin=subprocess.DEVNULL)
+    return r.returncode, r.stdout.decode("latin-1"), r.stderr.decode("latin-1")
+
+
+def ini_lines(data):
+    """setup.ini's lines, whichever line breaks it has."""
+    return read_file(os.path.join(data, "setup.ini"), "rb").decode("latin-1").replace(
+        "\r\n", "\n").split("\n")
+
+
+def ini_line(line, replacement):
+    """setup.ini's first line equal to line becomes replacement (lines, or none)."""
+    def change(data):
+        path = os.path.join(data, "setup.ini")
+        lines = ini_lines(data)
+        lines[lines.index(line):lines.index(line) + 1] = replacement.split("\r\n") if \
+            replacement else []
+        write(path, "\r\n".join(lines).encode("latin-1"))
+    return change
+
+
+def appended(text):
+    return lambda data: write(os.path.join(data, "setup.ini"),
+                              ("\r\n".join(ini_lines(data)) + text).encode("latin-1"))
+
+
+def patched(name, at, value):
+    def change(data):
+        b = bytearray(read_file(os.path.join(data, name), "rb"))
+        b[at:at + 4] = value.to_bytes(4, "little")
+        write(os.path.join(data, name), bytes(b))
+    return change
+
+
+def each(*changes):
+    return lambda data: [c(data) for c in changes]
+
+
+def library(built):
+    return lambda data: shutil.copy(os.path.join(BIN, built), os.path.join(data, "VokSetup.dll"))
+
+
+def texts(settings):
+    """The test build of the setup library, its texts set by [VokSetupTest] Text_XXXX keys."""
+    return each(library("VokSetup.dll"), appended("[VokSetupTest]\r\n" + settings + "\r\n"))
+
+
+def tga(w, h):
+    return tga32(w, h, lambda x, y: (192, 128, 64, 255))
+
+
+def bmp8(w, h):
+    """An uncompressed BMP of 8 bits a pixel with a grey palette."""
+    row, offset = (w + 3) & ~3, 14 + 40 + 1024
+    le = lambda *vs: b"".join(v.to_bytes(n, "little") for v, n in vs)
+    return b"BM" + le((offset + row * h, 4), (0, 4), (offset, 4), (40, 4), (w, 4), (h, 4), (1, 2),
+                      (8, 2), (0, 4), (row * h, 4), (0, 4), (0, 4), (256, 4), (0, 4)) + \
+        b"".join(le((i * 0x010101, 4)) for i in range(256)) + b"\7" * (row * h)
+
+
+def pcm(tag, size):
+    """A wave file of that format tag, 16-bit mono at 22050 Hz, with size data bytes."""
+    fmt = b"".join(v.to_bytes(n, "little") for v, n in [(tag, 2), (1, 2), (22050, 4), (44100, 4),
+                                                       (2, 2), (16, 2)])
+    body = b"WAVEfmt " + (16).to_bytes(4, "little") + fmt + b"data" + size.to_bytes(4, "little") + \
+        bytes(size)
+    return b"RIFF" + len(body).to_bytes(4, "little") + body
+
+
+def check_row(name, change, expected):
+    """The checker's report on a copy of the demo product with one fault: exactly the lines
+    expected ("{TEXT}" is the number of setup.ini's first line that is TEXT, "{TEXT#2}" of
+    the second), then the count."""
+    folder = os.path.join(WORK, "fault")
+    shutil.rmtree(folder, ignore_errors=True)
+    shutil.copytree(DEMO, folder)
+    change(os.path.join(folder, "Install"))
+    ini = ini_lines(os.path.join(folder, "Install"))
+
+    def number(m):
+        text, _, nth = m.group(1).partition("#")
+        return str([i + 1 for i, line in enumerate(ini) if line == text][int(nth or 1) - 1])
+    lines = [re.sub(r"\{([^}]*)\}", number, "Install\\setup.ini:" * (e[0] == "{") + e)
+             for e in expected]
+    code, out, _ = run_check(wine_path(folder))
+    expect(out.split("\r\n"), lines + [f"{len(lines)} problem{'s' * (len(lines) != 1)} found in "
+                                       f"{wine_path(folder)}.", ""], "the report")
+    expect(code, 1, "exit code")
+
+
+STOPS = "; the launcher stops at start-up (assertion "
+LIB = "Install\\VokSetup.dll: "
+NO_DISPLAY = LIB + "has no export VokSetup_HardwareSetup; no display device is listed, so Play " \
+                   "shows text 0x7884 and starts nothing"
+PLAIN = "; the window is a plain rectangle"
+FORMS = " (the launcher reads BMP files of 24 bits and TGA files of 24 or 32 bits, uncompressed " \
+        "or run-length encoded, as skinbuild writes them)"
+# Each row: name, the fault, the report's lines; a line that begins with "{" is setup.ini's.
+CHECK_ROWS = [
+    # setup.ini: values the launcher cannot start without.
+    ("check: launcher name missing", ini_line("Launcher=Launcher.exe", ""),
+     ["{[Files]}: [Files] Launcher is missing" + STOPS + "!strSecond.empty())"]),
+    ("check: DirectX version empty", ini_line("DirectXVer=7.0", "DirectXVer="),
+     ["{DirectXVer=}: [Startup] DirectXVer is empty" + STOPS + "!strSecond.empty())"]),
+    ("check: game mutex missing", ini_line("Product=TarnGameMutex", ""),
+     ["{[Mutex]}: [Mutex] Product is missing" + STOPS + "!strGameMutex.empty())"]),
+    ("check: setup library unnamed", ini_line("SetupDll=VokSetup.dll", ""),
+     ["{[Files]}: [Files] SetupDll is missing" + STOPS + "m_hSetupDll!=0)"]),
+    ("check: DirectX folder key missing", each(ini_line("InstallDX=0", "InstallDX=1"),
+                                               ini_line("DirectXCurrent=DirectX", "")),
+     ["{[Folders]}: [Folders] DirectXCurrent is missing; installing DirectX stops the launcher "
+      "(assertion GetIniString(SCT_FOLDERS,VAL_DIRECTX_CURRENT,strDirectX))"]),
+    # setup.ini: values of the wrong form, and what they name.
+    ("check: AppType in the wrong case", ini_line("AppType=Retail", "AppType=demo"),
+     ['{AppType=demo}: [Startup] AppType is "demo", neither "Demo" (case counts) nor "Retail"; '
+      "the launcher treats the product as a full one without a disc check"]),
+    ("check: disks in words", ini_line("Disks=1", "Disks=two"),
+     ['{Disks=two}: [Startup] Disks is "two", not a whole number; the launcher reads 0']),
+    ("check: memory of 123456", ini_line("RAM=64", "RAM=123456"),
+     ["{RAM=123456}: [SysCheck] RAM is 123456, which the launcher takes for a missing value"]),
+    ("check: registry key unnamed", each(*(ini_line(k, "") for k in (
+        "Company=Tarn Games", "Product=Tarn", "Version=1.0"))),
+     ["{[Registry]}: [Registry] Company, Product and Version are all missing; the launcher "
+      "looks for the product's registry values directly under HKEY_LOCAL_MACHINE\\Software"]),
+    ("check: retail disc without label", ini_line("Data=TARN", ""),
+     ["{[Startup]}: [Startup] Data is missing; the disc check of a retail product accepts any "
+      "disc"]),
+    ("check: DirectX folder not on the disc", ini_line("InstallDX=0", "InstallDX=1"),
+     ["{DirectXCurrent=DirectX}: [Folders] DirectXCurrent names DirectX, which is not in the "
+      "product folder; installing DirectX shows text 0xD047 instead"]),
+    ("check: launcher under another name", ini_line("Launcher=Launcher.exe", "Launcher=Launch.exe"),
+     ["{Launcher=Launch.exe}: [Files] Launcher names Launch.exe, which is not in the product "
+      "folder; the disc check and the hand-over to the installed launcher look for that name"]),
+    ("check: installer missing", remove("TarnSetup.exe"),
+     ["{Installer=TarnSetup.exe}: [Files] Installer names TarnSetup.exe, which is not in "
+      "Install; the Install button shows text 0x5007"]),
+    ("check: installer unnamed", ini_line("Installer=TarnSetup.exe", ""),
+     ["{[Files]}: [Files] Installer is missing; the Install button opens the data folder "
+      "instead of running an installer"]),
+    ("check: game unnamed", ini_line("Product=Tarn.exe", ""),
+     ["{[Files]}: [Files] Product is missing; Play opens the game's folder instead of starting "
+      "the game"]),
+    ("check: setup library renamed", each(
+        lambda data: os.rename(os.path.join(data, "VokSetup.dll"), os.path.join(data, "Setup.dll")),
+        ini_line("SetupDll=VokSetup.dll", "SetupDll=Setup.dll")),
+     ["{SetupDll=Setup.dll}: [Files] SetupDll names Setup.dll, but the display check always "
+      "loads VokSetup.dll, which is not in Install; Play shows text 0x7884 and starts nothing"]),
+    # setup.ini: what the system's reader hides.
+    ("check: key repeated", ini_line("Launcher=Launcher.exe", "Launcher=Launcher.exe\r\nLauncher=x"),
+     ["{Launcher=x}: [Files] Launcher appears again (first on line {Launcher=Launcher.exe}); the "
+      "launcher uses the first"]),
+    ("check: key misspelt", ini_line("DirectXVer=7.0", "DirectXVer=7.0\r\nDirectXVersion=7.0"),
+     ["{DirectXVersion=7.0}: [Startup] DirectXVersion is not a key the launcher reads"]),
+    ("check: line without equals sign", ini_line("Data=TARN", "Data TARN"),
+     ['{Data TARN}: "Data TARN" in [Startup] has no "="; the launcher ignores the line',
+      "{[Startup]}: [Startup] Data is missing; the disc check of a retail product accepts any "
+      "disc"]),
+    ("check: section repeated", appended("[Files]\r\nCmdLine=/S\r\n"),
+     ["{[Files]#2}: [Files] appears again (first on line {[Files]}); write its keys under the "
+      "first one", "{CmdLine=/S}: [Files] CmdLine appears again (first on line {CmdLine=}); the "
+      "launcher uses the first"]),
+    ("check: byte-order mark", lambda data: write(os.path.join(data, "setup.ini"), b"\xEF\xBB\xBF" +
+                                                  read_file(os.path.join(data, "setup.ini"), "rb")),
+     ["Install\\setup.ini:1: starts with a UTF-8 byte-order mark; Windows reads it as part of "
+      "the first line, so [Registry] is not found"]),
+    ("check: setup.ini missing", remove("setup.ini"),
+     ["Install\\setup.ini: missing" + STOPS + 'clt_IsFilePresent(g_Env["IniPath"]))']),
+    # The setup library.
+    ("check: setup library named but absent", ini_line("SetupDll=VokSetup.dll", "SetupDll=Game.dll"),
+     ["Install\\Game.dll: missing" + STOPS + "m_hSetupDll!=0)"]),
+    ("check: not a library", replace("VokSetup.dll", b"MZ, but no more"),
+     [LIB + "cannot be loaded (error 193: not a Windows library for this processor)" + STOPS +
+      "m_hSetupDll!=0)"]),
+    ("check: library without exports", library("NoExport.dll"),
+     [LIB + "has no export VokSetup_GetSetup" + STOPS + "VokSetup_GetSetup!=0)", NO_DISPLAY]),
+    ("check: library refusing its object", library("RefusingSetup.dll"),
+     [LIB + "VokSetup_GetSetup gives no setup object" + STOPS +
+      'VokSetup_GetSetup(g_Env["DataDir"],&m_pVokSetup))', NO_DISPLAY]),
+    ("check: product name empty", texts("Text_FF00="),
+     [LIB + "text 0xFF00 is empty" + STOPS + "!strSecond.empty())"]),
+    ("check: label empty", texts("Text_1004="),
+     [LIB + "text 0x1004 is empty; the Exit buttons have no label"]),
+    ("check: reference misspelt", texts("Text_5013=No sound for $[ProductNmae]."),
+     [LIB + "text 0x5013 refers to $[ProductNmae], which the launcher does not set; the player "
+      'reads "[Undefined]"']),
+    # The skin.
+    ("check: background unreadable", truncate("product.bmp", 1000),
+     ["Install\\product.bmp: cannot be read by the launcher's picture reader" + FORMS +
+      "; the window is 500 x 460 in a plain dark colour",
+      "Install\\product.rgn: has 6 of 78 rectangles reaching outside the 500 x 460 background, "
+      "the first 73 (74, 460, 118, 461); it was made for another picture, and the window's "
+      "outline does not follow this one"]),
+    ("check: caption emptied", truncate("active.tga", 0),
+     ["Install\\active.tga: is empty; the caption bar shows the background while the window is "
+      "active"]),
+    ("check: caption too narrow", replace("inactive.tga", tga(400, 30)),
+     ["Install\\inactive.tga: is 400 x 30; the caption bar is 500 x 30"]),
+    ("check: title button too small", replace("ovrmin.tga", tga(10, 10)),
+     ["Install\\ovrmin.tga: is 10 x 10, smaller than the 25 x 23 area where the pointer makes "
+      "the button react"]),
+    ("check: title button without key row", replace("close.tga", tga(25, 1)),
+     ["Install\\close.tga: is 25 x 1; the launcher reads the key colour at (0, 1), so the close "
+      "button is invisible while the pointer is elsewhere"]),
+    ("check: title button missing", remove("selmin.tga"),
+     ["Install\\selmin.tga: missing; the minimise button is invisible while it is held down"]),
+    ("check: page faces of two sizes", replace("pressed.tga", tga(270, 41)),
+     ["Install\\pressed.tga: is 270 x 41, but unselect.tga is 270 x 40; the buttons change size "
+      "between looks"]),
+    ("check: page faces too wide", each(*(replace(face, tga(320, 40)) for face in (
+        "unselect.tga", "focused.tga", "pressed.tga"))),
+     ["Install\\unselect.tga: is 320 x 40; a page of five buttons reaches (514, 428), past the "
+      "500 x 470 background, and is cut off there"]),
+    ("check: page face unreadable", replace("focused.tga", b"not a picture"),
+     ["Install\\focused.tga: cannot be read by the launcher's picture reader" + FORMS +
+      "; page buttons show only their labels while focused"]),
+    ("check: background with a palette", replace("product.bmp", bmp8(500, 470)),
+     ["Install\\product.bmp: has a palette of colours, which the launcher does not keep" + FORMS +
+      "; the picture shows in wrong colours"]),
+    ("check: region missing", remove("product.rgn"), ["Install\\product.rgn: missing" + PLAIN]),
+    ("check: region header cut", truncate("product.rgn", 20),
+     ["Install\\product.rgn: is 20 bytes, shorter than its 32-byte header" + PLAIN]),
+    ("check: region rectangles cut", truncate("product.rgn", 100),
+     ["Install\\product.rgn: counts 78 rectangles, but its 100 bytes hold 4" + PLAIN]),
+    ("check: region header of 16 bytes", patched("product.rgn", 0, 16),
+     ["Install\\product.rgn: has a header size of 16, not 32; Windows refuses the region and the "
+      "window is a plain rectangle"]),
+    ("check: region of another type", patched("product.rgn", 4, 2),
+     ["Install\\product.rgn: has region type 2, not 1; Windows refuses the region and the window "
+      "is a plain rectangle"]),
+    ("check: region without rectangles", patched("product.rgn", 8, 0),
+     ["Install\\product.rgn: holds no rectangle; the window is invisible"]),
+    ("check: region wider than the picture", patched("product.rgn", 40, 600),
+     ["Install\\product.rgn: has 1 of 78 rectangles reaching outside the 500 x 470 background, "
+      "the first 1 (8, 0, 600, 1); it was made for another picture, and the window's outline "
+      "does not follow this one"]),
+    ("check: region with an empty rectangle", patched("product.rgn", 40, 8),
+     ["Install\\product.rgn: has an empty rectangle 1 (8, 0, 8, 1); Windows may refuse the "
+      "region, and then the window is a plain rectangle"]),
+    # The sounds.
+    ("check: sound missing", remove("CLICK.wav"),
+     ["Install\\CLICK.wav: missing; a page button's click plays Windows' default sound instead"]),
+    ("check: sound not a wave", replace("START.wav", b"ID3 and an MP3"),
+     ["Install\\START.wav: is not a RIFF WAVE file; starting the game plays Windows' default "
+      "sound instead"]),
+    ("check: sound compressed", replace("OPEN.wav", pcm(2, 400)),
+     ["Install\\OPEN.wav: is not PCM (format tag 0x0002); the opening window plays Windows' "
+      "default sound instead"]),
+    ("check: sound of no samples", replace("HOVER.wav", pcm(1, 0)),
+     ['Install\\HOVER.wav: holds no sound (its "data" chunk is empty); a page button taking the '
+      "focus is silent"]),
+    # The programs the buttons start.
+    ("check: system check missing", remove("Syscheck.exe"),
+     ["Install\\Syscheck.exe: missing; the System Check button shows text 0x5007"]),
+    ("check: document opener missing", remove("Doc.exe"),
+     ["Install\\Doc.exe: missing; the Read Me, troubleshooting guide and licence buttons show "
+      "text 0x5007"]),
+]
+
+
+def check_program(name):
+    """The checker as a publisher runs it: the demo passes, and without the data folder that
+    it is told of fails at once; a copy with two faults, named relative to the current folder
+    and its data folder named; a folder that is not there; no folder at all."""
+    demo = wine_path(DEMO)
+    expect(run_check(demo), (0, f"No problems found in {demo}.\r\n", ""), "the demo product")
+    expect(run_check(demo, "Data")[:2], (1, "Data: the data folder is missing" + STOPS +
+                                         'clt_IsDirectoryPresent(g_Env["DataDir"]))\r\n'
+                                         f"1 problem found in {demo}.\r\n"), "no data folder")
+    copy = os.path.join(WORK, "Product")
+    shutil.rmtree(copy, ignore_errors=True)
+    shutil.copytree(DEMO, copy)
+    os.rename(os.path.join(copy, "Install"), os.path.join(copy, "Data"))
+    for name in ("CLICK.wav", "Url.exe"):
+        os.remove(os.path.join(copy, "Data", name))
+    expect(run_check("Product\\", "Data", cwd=WORK)[:2], (1, (
+        "Data\\CLICK.wav: missing; a page button's click plays Windows' default sound instead\r\n"
+        "Data\\Url.exe: missing; the web site button shows text 0x5007\r\n"
+        f"2 problems found in {wine_path(copy)}.\r\n")), "a copy with two faults")
+    expect(run_check(wine_path(copy) + "\\Nothing"), (
+        2, "", f"ProductCheck: {wine_path(copy)}\\Nothing is not a folder\r\n"), "no folder")
+    expect(run_check(), (2, "", "usage: ProductCheck PRODUCT_FOLDER [DATA_FOLDER_NAME]\r\n"),
+           "no arguments")
+
+
 def run_row(name, product, launcher, steps):
     if product.get("target"):
         shutil.rmtree(product["target"], ignore_errors=True)
@@ -1193,6 +2121,26 @@ def demo_walk():
     print(f"pictures and traces in {walk}")
 
 
+def throwaway_prefix(use):
+    """Rows that change the system or restart it run in a throwaway copy of the session's
+    prefix with a wineserver of its own; the session's own prefix is never touched."""
+    prefix, own = os.path.join(SESSION, "throwaway"), os.path.join(SESSION, "prefix")
+    if use:
+        shutil.rmtree(prefix, ignore_errors=True)
+        subprocess.run(["cp", "-a", own, prefix], check=True)
+        ENV["WINEPREFIX"] = prefix
+        subprocess.run(["wineserver", "-p"], env=ENV, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # Wine's services, started now, detached from our output (they outlive the command).
+        subprocess.run(["wine", "cmd", "/c", "exit"], env=ENV, stdin=subprocess.DEVNULL,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    else:
+        subprocess.run(["wineserver", "-k"], env=ENV, stderr=subprocess.DEVNULL)
+        subprocess.run(["wineserver", "-w"], env=ENV)
+        ENV["WINEPREFIX"] = own
+        shutil.rmtree(prefix, ignore_errors=True)
+
+
 def main():
     os.makedirs(WORK, exist_ok=True)
     if sys.argv[5:6] == ["--demo"]:
@@ -1202,17 +2150,25 @@ def main():
     if not only:  # a run of single rows leaves the pictures of the full run alone
         shutil.rmtree(SHOTS, ignore_errors=True)
     passed = failed = 0
-    for row in ROWS:
-        if (only and row[0] not in only) or (not only and row[0].startswith("8-bit")):
+    for run, row in [(run_row, r) for r in ROWS] + [(start_row, r) for r in START_ROWS] + [
+            (many_at_once, r) for r in MANY_ROWS] + [(check_row, r) for r in CHECK_ROWS] + [
+            (check_program, ("check: the program's reports and exit codes",))]:
+        group = row[0].split(":")[0] + ":"
+        if (only and row[0] not in only and group not in only) or (
+                not only and row[0].startswith("8-bit")):
             continue
+        if (group == "system:") != (ENV["WINEPREFIX"] != os.path.join(SESSION, "prefix")):
+            throwaway_prefix(group == "system:")
         start = time.monotonic()
         try:
-            run_row(*row)
+            run(*row)
             print(f"[ PASSED ] {row[0]} ({time.monotonic() - start:.1f} s)", flush=True)
             passed += 1
-        except Failure as e:
-            print(f"[ FAILED ] {row[0]}: {e}", flush=True)
+        except Exception as e:  # a row that breaks fails alone
+            print(f"[ FAILED ] {row[0]}: {e if isinstance(e, Failure) else repr(e)}", flush=True)
             failed += 1
+    if ENV["WINEPREFIX"] != os.path.join(SESSION, "prefix"):
+        throwaway_prefix(False)
     print(f"{passed} passed, {failed} failed")
     return 1 if failed or not passed else 0
 

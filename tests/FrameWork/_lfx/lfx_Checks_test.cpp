@@ -9,7 +9,6 @@
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 #include "lfx_Fixture.h"
-#include "support/assert_Text.h"
 #include "support/demo_Product.h"
 
 #include <gtest/gtest.h>
@@ -158,68 +157,6 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
     }
 }
 
-TEST(LfxChecks, DirectXStatesInstallationAndRestart)
-{
-    struct Shown
-    {
-        Shown(uint16_t t, uint16_t c, UINT s) : text(t), caption(c), style(s) {}
-        uint16_t text, caption; // caption 0: the product name
-        UINT style;
-    };
-    struct Case
-    {
-        const char* name;
-        const char* settings;
-        bool installDX;
-        bool directXFolder;
-        std::vector<int> answers;
-        std::vector<Shown> boxes;
-        int result;
-        int restarts;
-    } cases[] = {
-        // clang-format off
-        {"ready", "DirectXState=1\r\n", true, true, {}, {}, 1, 0},
-        {"stop silently", "DirectXState=4\r\n", true, true, {}, {}, 0, 0},
-        {"not installable", "DirectXState=2\r\n", false, true, {IDOK},
-         {Shown(0x5012, 0, MB_ICONINFORMATION)}, 0, 0},
-        {"install declined", "DirectXState=2\r\n", true, true, {IDNO},
-         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION)}, 0, 0},
-        {"folder missing", "DirectXState=3\r\n", true, false, {IDYES, IDOK},
-         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION), Shown(0xD047, 0x7800, MB_OK)}, 0, 0},
-        {"installed without restart", "DirectXState=2\r\nDirectXInstall=0\r\n", true, true, {IDYES},
-         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION)}, 1, 0},
-        {"restart declined", "DirectXState=2\r\nDirectXInstall=1\r\n", true, true, {IDYES, IDNO},
-         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION), Shown(0x7882, 0x7800, MB_YESNO | MB_ICONQUESTION)}, 0, 0},
-        {"restart", "DirectXState=2\r\nDirectXInstall=1\r\n", true, true, {IDYES, IDYES},
-         {Shown(0x5006, 0, MB_YESNO | MB_ICONQUESTION), Shown(0x7882, 0x7800, MB_YESNO | MB_ICONQUESTION)}, -1, 1},
-        // clang-format on
-    };
-    std::string root = Join(TestRoot(), "directx");
-    for (const Case& c : cases)
-    {
-        SCOPED_TRACE(c.name);
-        demo::Ini ini("DirectX");
-        ini.Set("Startup", "InstallDX", c.installDX ? "1" : "0");
-        DeleteRegTree(ini.RegistryKey());
-        Prepare(root, ini, c.settings);
-        if (c.directXFolder) MakeFolders(Join(root, "DirectX")); // SourceDir is the launcher folder
-        DisableShutdownPrivilege();
-        ASSERT_FALSE(ShutdownPrivilegeEnabled());
-        int result = -2;
-        auto boxes = Answering(c.answers, [&] { result = g_LfxMain.CheckDirectX(); });
-        EXPECT_EQ(result, c.result);
-        EXPECT_EQ(g_restarts, c.restarts);
-        EXPECT_EQ(g_launcher.destroyed, c.restarts);
-        ASSERT_EQ(boxes.size(), c.boxes.size());
-        for (size_t i = 0; i < boxes.size(); ++i)
-        {
-            EXPECT_EQ(boxes[i].text, Text(c.boxes[i].text));
-            EXPECT_EQ(boxes[i].title, c.boxes[i].caption ? Text(c.boxes[i].caption) : "Tarn");
-            EXPECT_EQ(StyleOf(boxes[i]), c.boxes[i].style);
-        }
-    }
-}
-
 TEST(LfxChecks, DisplayProbeFillsTheListWhileItLives)
 {
     std::string root = Join(TestRoot(), "probe");
@@ -336,6 +273,7 @@ TEST(LfxActions, LaunchStopsWhenACheckSaysNo)
         ini.Set("SysCheck", "RAM", c.ram);
         Prepare(root, ini, c.settings);
         MakeFolders(Join(root, "DirectX"));
+        DisableShutdownPrivilege(); // the restart must ask for it
         g_memory = {};
         g_memory.dwTotalPhys = uint32_t(62.9 * 1048576);
         g_memory.dwAvailPageFile = 0x7FFFFFFF;
@@ -354,36 +292,4 @@ TEST(LfxActions, LaunchStopsWhenACheckSaysNo)
         EXPECT_EQ(ReadTextFile(Join(game, "Tarn.exe.log")),
                   started ? "args=|cwd=" + game + "\n" : "");
     }
-}
-
-// Runs only in a child copy of this program, started by the test below: the failed
-// assertion ends the process, so it cannot run in the test's own.
-TEST(LfxActions, ChildRunsTheUninstallerWithoutUninstallString)
-{
-    if (!GetEnvironmentVariableA("LFX_TEST_CHILD", nullptr, 0))
-        GTEST_SKIP() << "runs as the child of UninstallerWithoutUninstallStringIsFatal";
-    std::string root = Join(TestRoot(), "no-uninstall-string");
-    demo::Ini ini("NoUninstallString");
-    Prepare(root, ini);
-    demo::MarkInstalled(ini, root); // installed, but without UninstallString
-    g_LfxMain.RunUninstaller();
-    ADD_FAILURE() << "the assertion did not end the program";
-}
-
-TEST(LfxActions, UninstallerWithoutUninstallStringIsFatal)
-{
-    SetEnvironmentVariableA("LFX_TEST_CHILD", "1");
-    RunOptions run;
-    run.program = Join(ExeFolder(), "lfx_tests.exe");
-    run.arguments = "--gtest_filter=LfxActions.ChildRunsTheUninstallerWithoutUninstallString";
-    run.answers = {IDCANCEL};
-    RunResult r = RunProgram(run);
-    SetEnvironmentVariableA("LFX_TEST_CHILD", nullptr);
-    EXPECT_FALSE(r.timedOut);
-    EXPECT_EQ(r.exitCode, 0u); // the assertion's exit code, not a test failure's
-    ASSERT_EQ(r.boxes.size(), 1u);
-    EXPECT_EQ(r.boxes[0].title, "Guru meditation failure!");
-    EXPECT_EQ(r.boxes[0].text, expect::AssertText("!strUninstall.empty()",
-                                                  "FrameWork/_lfx/Source/lfx_System", 1044));
-    EXPECT_EQ(StyleOf(r.boxes[0]), UINT(MB_RETRYCANCEL | MB_ICONHAND));
 }
