@@ -75,7 +75,8 @@ TEST(CltBlitter, BlendsTintsAndCopiesAsStated)
         const int32_t W = 37;
 
         // AlphaBlit: opaque 200,100,50 over black gives 199,99,49 (normal); alpha 0 skips;
-        // the destination's alpha byte stays.
+        // the destination's alpha byte stays where a pixel is blended (over a run of opaque
+        // pixels the faster forms may write 255 there instead).
         auto dst = Filled(g_pfArgb32, W, 2, {0, 0, 0, 77});
         auto src = Filled(g_pfArgb32, W, 2, {50, 100, 200, 255});
         memcpy(src->PixelAddress(5, 0), Bytes{1, 2, 3, 0}.data(), 4);
