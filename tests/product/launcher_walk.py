@@ -1561,6 +1561,11 @@ START_ROWS = [
      {"lines": [FROM_HD, RUNNING]}),
     ("state: no Source Dir", installed("$-installed", ""), "-DISABLEMUTEX",
      {"lines": ["SourceDir is [$-installed]", STATE1, RUNNING]}),
+    # A switch puts ProductDir into the environment before start-up: an installed product
+    # still looks for its game in its own folder.
+    ("state: the game's folder whatever the switches say", installed("$", "$"),
+     "-DISABLEMUTEX -ProductDir=X:\\Elsewhere -ProductExe=X:\\Elsewhere\\Other.exe",
+     {"lines": ["ProductDir is [$\\Game]", "ProductExe is [$\\Game\\Tarn.exe]"]}),
     ("state: installed value 1: nothing more", {"reg": {"Installed": 1}}, "-V",
      {"lines": ["=RegistryFolder is [Software\\Launcher Tests\\row\\1.0]"]}),
     # One launcher at a time, and none while the game runs.

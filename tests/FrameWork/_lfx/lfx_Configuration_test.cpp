@@ -78,28 +78,6 @@ TEST(LfxConfiguration, SettingsFromSetupIniAndRegistry)
     }
 }
 
-// A -ProductDir= switch on the command line puts ProductDir into the environment before
-// start-up: an installed product must still look for its game in its own folder.
-TEST(LfxConfiguration, InstalledProductFindsItsGameWhateverTheSwitchesSay)
-{
-    std::string root = Join(TestRoot(), "productdir");
-    g_Env.Set("DEBUG", root.c_str(), false);
-    demo::Ini ini("ProductDir");
-    RemoveTree(root);
-    demo::MakeProduct(root, ini);
-    demo::MarkInstalled(ini, root);
-    g_Env.Set("ProductDir", "X:\\Elsewhere", true);
-    g_Env.Set("ProductExe", "X:\\Elsewhere\\Other.exe", true);
-    g_LfxMain.m_dwInstalled = 0;
-    ASSERT_EQ(g_LfxMain.PreInitializeLauncher(), 1);
-    ASSERT_EQ(g_LfxMain.DetermineLauncherState(), 1);
-    EXPECT_EQ(g_LfxMain.m_dwState, uint32_t(LFX_STATE_INSTALLED));
-    EXPECT_STREQ(g_Env["ProductDir"].c_str(), (root + "\\Game").c_str());
-    EXPECT_STREQ(g_Env["ProductExe"].c_str(), (root + "\\Game\\Tarn.exe").c_str());
-    ReleaseSetup();
-    DeleteRegTree(ini.RegistryKey());
-}
-
 TEST(LfxConfiguration, ReadersOfSetupIniAndTheSetupObject)
 {
     std::string root = Join(TestRoot(), "readers");
