@@ -1608,6 +1608,10 @@ START_ROWS = [
      {"recorded": "", "boxes": [(INSERT, 1), (INSERT, 2)]}),
     ("media: a demo asks for no disc", on_disc("G", "Demo", "1"), "-I",
      {"recorded": "args=|cwd=G:\\\n"}),
+    # An installer the shell cannot start: one box, the launcher's, and none of the shell's.
+    ("media: the installer missing", dict(on_disc("G", "Demo", "1"), ini={
+        ("Startup", "AppType"): "Demo", ("Files", "Installer"): "Missing.exe"}), "-I",
+     {"boxes": [(CANNOT_START, 1)]}),
     # DirectX as the setup library reports it: ready, or the launcher stops without a word,
     # or it cannot be installed, or the player declines; installed from the media, with or
     # without the restart that the player declines (the restart itself is a system row).
