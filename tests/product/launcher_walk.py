@@ -62,6 +62,13 @@ def expect(actual, expected, what):
         raise Failure(f"{what}: {actual!r}, expected {expected!r}")
 
 
+def start_wine(*args):
+    """A program under Wine, detached from our output: a program that outlives its row (a
+    service, a desktop it starts) would keep our caller waiting for the output's end."""
+    return subprocess.Popen(["wine", *args], env=ENV, stdin=subprocess.DEVNULL,
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+
 def run_wine(program, *args):
     return subprocess.run(["wine", program, *args], env=ENV, capture_output=True, text=True,
                           stdin=subprocess.DEVNULL).stdout.strip()
@@ -1358,16 +1365,13 @@ def start_row(name, s, args, want):
     for what in holds:
         holder = os.path.join(fresh(os.path.join(WORK, f"holder{len(holders)}")), "holder.exe")
         shutil.copy(HELPER, holder)
-        holders.append((holder, subprocess.Popen(["wine", holder, what], env=ENV,
-                                                 stdin=subprocess.DEVNULL,
-                                                 stderr=subprocess.DEVNULL)))
+        holders.append((holder, start_wine(holder, what)))
         wait_for(lambda: os.path.exists(holder + ".ready"), "the holder")
     viewer = None
     if "viewer" in want:  # TraceWin, both of its windows open
         records = os.path.join(folder, "tracewin.txt")
-        viewer = subprocess.Popen(["wine", os.path.join(BIN, "TraceWin.exe"),
-                                   "/out:" + wine_path(records), "/class:both"], env=ENV,
-                                  stdin=subprocess.DEVNULL)
+        viewer = start_wine(os.path.join(BIN, "TraceWin.exe"), "/out:" + wine_path(records),
+                            "/class:both")
         for title in ("TraceWin - TraceWin TRACE Window", "TraceWin - MfxTraceWindow"):
             wait_for(lambda: x_position(title), title)
     try:
@@ -1644,11 +1648,12 @@ START_ROWS = [
 
 
 def launcher_processes():
-    """The running programs named Launcher.exe (a program under Wine shows its Windows
-    command line)."""
+    """The running programs named Launcher.exe in the rows' folders (a program under Wine
+    shows its Windows command line)."""
     out = subprocess.run(["ps", "-eo", "args"], capture_output=True, text=True).stdout
-    return sum(line.split(" ")[0].strip('"').lower().endswith("\\launcher.exe")
-               for line in out.splitlines())
+    ours = [line.split(" ")[0].strip('"').lower() for line in out.splitlines()]
+    return sum(p.startswith(wine_path(WORK).lower()) and p.endswith("\\launcher.exe")
+               for p in ours)
 
 
 def many_at_once(name, args, media):
@@ -1664,10 +1669,11 @@ def many_at_once(name, args, media):
         values = {"Installed": 2, "Install Path": wine_path(copy), "Source Dir": "E:\\"}
     regedit(reg_values(START_KEY, values))
     traces = [os.path.join(folder, f"trace{i}.bin") for i in range(20)]
+    reports = [t + ".txt" for t in traces]
     runs = [subprocess.Popen(["wine", os.path.join(BIN, "RunProbe.exe"), "run", "/leave",
                               "/out:" + wine_path(t), wine_path(folder) + "\\Launcher.exe", args],
-                             env=ENV, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
-            for t in traces]
+                             env=ENV, stdin=subprocess.DEVNULL, stdout=open(r, "w"),
+                             stderr=subprocess.DEVNULL) for t, r in zip(traces, reports)]
     try:
         wait_for(lambda: sum(r.poll() is not None for r in runs) == 19 + media,
                  "all but the one that goes on to end", timeout=60)
@@ -1681,12 +1687,13 @@ def many_at_once(name, args, media):
             expect(no_box("Tarn"), True, "no box")
             run_wine(os.path.join(BIN, "WinProbe.exe"), "Tarn", "close")
             wait_for(lambda: launcher_processes() == 0, "no launcher", timeout=60)
-        outs = [r.communicate(timeout=60)[0] for r in runs]
+        for r in runs:
+            r.wait(60)
     finally:
         for r in runs:
             r.kill()
         regedit(reg_values(START_KEY, {}))
-    expect([o.splitlines()[-1:] for o in outs], [["exit\t0"]] * 20, "the exit codes")
+    expect([read_file(r).splitlines()[-1:] for r in reports], [["exit\t0"]] * 20, "the exit codes")
     # Launchers that start together also see each other's momentary test of the game's
     # mutex, so a refused launcher reports either a running launcher or a running game.
     lines = ["".join(read_file(t).split("\0")).split("\n") for t in traces]
@@ -2047,9 +2054,7 @@ def run_row(name, product, launcher, steps):
                 os.remove(os.path.join(home, f))
     if launcher.get("help"):  # a recorder of the window class WinHelp talks to
         log = os.path.join(p.folder, "help.log")
-        viewer = subprocess.Popen(["wine", os.path.join(BIN, "help_recorder.exe"), wine_path(log)],
-                                  env=ENV, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                  stderr=subprocess.DEVNULL)
+        viewer = start_wine(os.path.join(BIN, "help_recorder.exe"), wine_path(log))
         wait_for(lambda: read_file(log) == "ready\n", "the help viewer's window")
     dpi = launcher.get("dpi", 96)
     if dpi != 96:  # read by each program as it starts, for the whole row
