@@ -1,24 +1,24 @@
 // RunProbe: runs a program as a player would meet it, or answers one of its message boxes,
 // for test drivers that run outside Wine.
 //
-// Usage: RunProbe.exe box TITLE ANSWER [TIMEOUT_MS]
-//          finds a shown message box of any program by its title, prints one line and clicks
-//          ANSWER (1 OK, 2 Cancel, 6 Yes, 7 No; 0 leaves it open); exit code 1 when no box
-//          came within the time (10 s unless given)
-//        RunProbe.exe run [/answers:ID,ID...] [/cwd:FOLDER] [/out:FILE] [/leave] PROGRAM [ARGS]
-//          runs PROGRAM with the command line ARGS (one argument, passed on as it is) as a
-//          debuggee: every text it sends to the debugger goes to FILE,
-//          each followed by a zero byte; its boxes are read and answered in order (a box past
-//          the answers gets its last button), its windows of the framework's classes are
-//          asked to close once seen (not with /leave, which also leaves boxes alone); prints
-//          a line per box as it is answered, then "library<TAB>PATH" for each library the loader
-//          mapped, then "exit<TAB>CODE", "exit<TAB>timeout" (after 60 s) or "exit<TAB>" and why it
-//          did not start; /at:TEXT first prints, when the program sends a text that begins with
-//          TEXT (and waits for the debugger), "at<TAB>VISIBLE REGION" of the first window of the
-//          framework's classes: 1 or 0, and GetWindowRgn's answer
-// A box's line: "box", its title, its text (line breaks as \n, tabs as \t, backslashes as \\),
-// "style=0x..." (everything the box shows of its MessageBox style), "owner=" with the owner's class
-// or "none", and the button clicked ("-" when the answers had run out), separated by tabs.
+// RunProbe.exe box TITLE ANSWER [TIMEOUT_MS]
+//   finds a shown message box of any program by its title, prints its line and clicks ANSWER
+//   (1 OK, 2 Cancel, 6 Yes, 7 No; 0 leaves it open); exit code 1 when no box came within the
+//   time (10 s unless given).
+// RunProbe.exe run [/answers:ID,ID...] [/cwd:FOLDER] [/out:FILE] [/at:TEXT] [/leave] PROGRAM [ARGS]
+//   runs PROGRAM with the command line ARGS (one argument, passed on as it is) as a debuggee:
+//   every text it sends to the debugger goes to FILE, each followed by a zero byte; its boxes
+//   are read and answered in order (a box past the answers gets its last button), and its
+//   windows of the framework's classes are asked to close once seen (/leave: neither). Prints
+//   each box's line as it is answered, then "library<TAB>PATH" for each library the loader
+//   mapped, then "exit<TAB>CODE", "exit<TAB>timeout" (after 60 s) or "exit<TAB>" and why it
+//   did not start. With /at, when the program sends a text that begins with TEXT (and waits
+//   for the debugger), it first prints "at<TAB>VISIBLE REGION" of the first window of the
+//   framework's classes: 1 or 0, and what GetWindowRgn answers.
+// A box's line: "box", its title, its text (line breaks as \n, tabs as \t, backslashes as
+// \\), "style=0x..." (everything the box shows of its MessageBox style), "owner=" with the
+// owner's class or "none", and the button clicked ("-" when the answers had run out), separated
+// by tabs.
 #include "harness/wine_Harness.h"
 
 #include <cstdio>
