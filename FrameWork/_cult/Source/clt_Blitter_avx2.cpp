@@ -41,7 +41,8 @@ CLT_AVX2 inline void Store(uint8_t* p, __m256i v)
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
 }
 
-// Eight pixels of any alpha: pixels of alpha 0 and the destination's alpha bytes are kept.
+// Eight pixels of any alpha: pixels of alpha 0 are left whole; the others' alpha bytes take
+// what the blend leaves there, which nothing shows.
 CLT_AVX2 inline void AlphaEight(int mode, uint8_t* d, __m256i sv)
 {
     const __m256i z = _mm256_setzero_si256(), alphaByte = _mm256_set1_epi32(int(0xFF000000));
@@ -56,7 +57,7 @@ CLT_AVX2 inline void AlphaEight(int mode, uint8_t* d, __m256i sv)
                                   _mm256_shuffle_epi8(sv, spread)),
                             Mix16(mode, _mm256_unpackhi_epi8(sv, z), _mm256_unpackhi_epi8(dv, z),
                                   _mm256_shuffle_epi8(sv, spreadHi)));
-    Store(d, Select(_mm256_or_si256(zeroAlpha, alphaByte), dv, r));
+    Store(d, Select(zeroAlpha, dv, r));
 }
 
 // Skin pictures are mostly runs of opaque pixels, drawn in normal mode as s - 1 (since
@@ -72,26 +73,31 @@ CLT_AVX2 inline bool PlainEight(int mode, uint8_t* d, __m256i sv)
     return true;
 }
 
-CLT_AVX2 void AlphaRow(int mode, uint8_t* d, const uint8_t* s, int32_t n)
+template <int kMode> CLT_AVX2 void AlphaRows(uint8_t* d, const uint8_t* s, int32_t n)
 {
     const __m256i alphaByte = _mm256_set1_epi32(int(0xFF000000));
     int32_t i = 0;
     for (; i + 16 <= n; i += 16, d += 64, s += 64)
     {
         __m256i s0 = Load(s), s1 = Load(s + 32);
-        if (mode == 0 && _mm256_testc_si256(_mm256_and_si256(s0, s1), alphaByte))
+        if (kMode == 0 && _mm256_testc_si256(_mm256_and_si256(s0, s1), alphaByte))
         {
             const __m256i colourOne = _mm256_set1_epi32(0x00010101);
             Store(d, _mm256_subs_epu8(s0, colourOne));
             Store(d + 32, _mm256_subs_epu8(s1, colourOne));
             continue;
         }
-        if (!PlainEight(mode, d, s0)) AlphaEight(mode, d, s0);
-        if (!PlainEight(mode, d + 32, s1)) AlphaEight(mode, d + 32, s1);
+        if (!PlainEight(kMode, d, s0)) AlphaEight(kMode, d, s0);
+        if (!PlainEight(kMode, d + 32, s1)) AlphaEight(kMode, d + 32, s1);
     }
     for (; i + 8 <= n; i += 8, d += 32, s += 32)
-        if (!PlainEight(mode, d, Load(s))) AlphaEight(mode, d, Load(s));
-    clt_blit::AlphaRow(mode, d, s, n - i);
+        if (!PlainEight(kMode, d, Load(s))) AlphaEight(kMode, d, Load(s));
+    clt_blit::AlphaRow(kMode, d, s, n - i);
+}
+
+CLT_AVX2 void AlphaRow(int mode, uint8_t* d, const uint8_t* s, int32_t n)
+{
+    mode == 0 ? AlphaRows<0>(d, s, n) : AlphaRows<1>(d, s, n);
 }
 
 CLT_AVX2 void BlendRow(int mode, uint8_t* d, const uint8_t* s, int32_t n, uint8_t amount)

@@ -1,8 +1,8 @@
 // A seeded random run of every blitter operation, with random sizes, formats, origins,
 // modes and positions that clip on every side. Every form must leave exactly the bytes
 // that the generic form leaves (the faster forms' Halve mode 1 is the MMX blitter's, with
-// its own stated threshold; their AlphaBlit onto 32-bit pixels may leave any alpha byte,
-// which nothing shows), and the CRC of everything the generic form produced is
+// its own stated threshold; their AlphaBlit onto 32-bit pixels may leave any alpha byte
+// but in the pixels it skips, which nothing shows), and the CRC of everything the generic form produced is
 // pinned, so a change of its results shows up even where all forms agree.
 #include "FrameWork/_cult/Source/clt_Blitter.h"
 
