@@ -192,15 +192,11 @@ LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     }
 }
 
-// What the page's command changed is painted at once, before the next message: left to the
-// queue, the paint waits until the queue is empty.
 LRESULT CTarnLauncher::ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     auto* page = dynamic_cast<LfxButtonPage*>(m_pMain ? m_pMain->GetCurrentPage() : nullptr);
-    if (!page) return CltWindow::WindowProc(message, wParam, lParam);
-    LRESULT result = page->HandleMessage(message, wParam, lParam);
-    if (m_hWnd) UpdateWindow(m_hWnd);
-    return result;
+    if (page) return page->HandleMessage(message, wParam, lParam);
+    return CltWindow::WindowProc(message, wParam, lParam);
 }
 
 // The window takes the background's size and stands in the middle of the desktop.
