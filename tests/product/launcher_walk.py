@@ -369,27 +369,22 @@ class Product:
 
     def set_state(self, installed):
         """No registry key, or the product installed in its own folder."""
-        key = self.key.replace("HKLM", "HKEY_LOCAL_MACHINE")
-        text = f"REGEDIT4\r\n\r\n[-{key}]\r\n"
+        values = {}
         if installed:
-            folder = wine_path(self.folder).replace("\\", "\\\\")
-            text += (f'\r\n[{key}]\r\n"Installed"=dword:00000002\r\n'
-                     f'"Install Path"="{folder}"\r\n"Source Dir"="{folder}"\r\n')
+            folder = wine_path(self.folder)
+            values = {"Installed": 2, "Install Path": folder, "Source Dir": folder}
             if installed != "without an uninstaller":
-                text += f'"UninstallString"="{folder}\\\\Uninstall.exe"\r\n'
-        reg = os.path.join(WORK, self.name + ".reg")
-        with open(reg, "w", newline="") as f:
-            f.write(text)
-        run_wine("regedit", "/S", wine_path(reg))
+                values["UninstallString"] = folder + "\\Uninstall.exe"
+        regedit(reg_values(self.key.replace("HKLM", "HKEY_LOCAL_MACHINE"), values))
 
     def record(self, program):
         """The lines a recorder wrote: 'args=...|cwd=...'."""
         return read_file(os.path.join(self.folder, program) + ".log").splitlines()
 
 
-def empty_disc():
-    """The folder of the session's CD drive E:, emptied but for its volume label."""
-    disc = os.path.join(SESSION, "drive-e")
+def empty_disc(letter="E"):
+    """The folder of one of the session's CD drives, emptied but for its volume label."""
+    disc = os.path.join(SESSION, "drive-" + letter.lower())
     for entry in os.listdir(disc):
         if entry != ".windows-label":
             path = os.path.join(disc, entry)
@@ -1168,11 +1163,15 @@ def run_probe(program, args="", cwd=None, answers=(), trace=None, at=None, leave
             r["libraries"].append(rest)
         elif kind in ("exit", "at"):
             r[kind] = rest
-    r["texts"] = read_file(trace).split("\0")[:-1]
-    r["lines"] = "".join(r["texts"]).split("\n")
-    if r["lines"][-1] == "":
-        r["lines"].pop()
+    r["texts"], r["lines"] = read_trace(trace)
     return r
+
+
+def read_trace(path):
+    """The texts a probe wrote (each ends in a zero byte), and the lines they make."""
+    texts = read_file(path).split("\0")[:-1]
+    lines = "".join(texts).split("\n")
+    return texts, lines[:-1] if lines[-1] == "" else lines
 
 
 def source_line(path, needle):
@@ -1317,11 +1316,7 @@ def start_row(name, s, args, want):
         path = os.path.join(folder, s["remove"])
         shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
     if "disc" in s:  # the product on the CD in that drive, with a recorder for the installer
-        drive = os.path.join(SESSION, "drive-" + s["disc"].lower())
-        for entry in os.listdir(drive):
-            if entry != ".windows-label":
-                shutil.rmtree(os.path.join(drive, entry), ignore_errors=True) if os.path.isdir(
-                    os.path.join(drive, entry)) else os.remove(os.path.join(drive, entry))
+        drive = empty_disc(s["disc"])
         shutil.copy(HELPER, os.path.join(data, "TarnSetup.exe"))
         shutil.copytree(folder, drive, dirs_exist_ok=True)
         program, cwd = s["disc"] + ":\\Launcher.exe", wine_path(WORK)
@@ -1696,7 +1691,7 @@ def many_at_once(name, args, media):
     expect([read_file(r).splitlines()[-1:] for r in reports], [["exit\t0"]] * 20, "the exit codes")
     # Launchers that start together also see each other's momentary test of the game's
     # mutex, so a refused launcher reports either a running launcher or a running game.
-    lines = ["".join(read_file(t).split("\0")).split("\n") for t in traces]
+    lines = [read_trace(t)[1] for t in traces]
     count = lambda *wanted: sum(any(w in l for w in wanted) for l in lines)
     expect(count("LfxMain: Launcher, Game are not running."), 0 if media else 1, "went on")
     expect(count("LfxMain: Launcher is already running.", "LfxMain: Game is already running."),

@@ -60,16 +60,21 @@ CLT_AVX2 inline void AlphaEight(int mode, uint8_t* d, __m256i sv)
     Store(d, Select(zeroAlpha, dv, r));
 }
 
-// Skin pictures are mostly runs of opaque pixels, drawn in normal mode as s - 1 (since
-// (s * 255) >> 8 is s - 1, or 0 for 0) with the source's alpha byte of 255 in the
-// destination's, and of transparent ones, left out: sixteen, then eight pixels are tested
-// at a time for those.
+// Opaque pixels in normal mode: (s * 255) >> 8 is s - 1, or 0 for 0; the source's alpha
+// byte of 255 goes with them.
+CLT_AVX2 inline __m256i OpaqueEight(__m256i sv)
+{
+    return _mm256_subs_epu8(sv, _mm256_set1_epi32(0x00010101));
+}
+
+// Skin pictures are mostly runs of opaque pixels and of transparent ones, which are left
+// out: sixteen, then eight pixels are tested at a time for those.
 CLT_AVX2 inline bool PlainEight(int mode, uint8_t* d, __m256i sv)
 {
     const __m256i alphaByte = _mm256_set1_epi32(int(0xFF000000));
     if (_mm256_testz_si256(sv, alphaByte)) return true;
     if (mode != 0 || !_mm256_testc_si256(sv, alphaByte)) return false;
-    Store(d, _mm256_subs_epu8(sv, _mm256_set1_epi32(0x00010101)));
+    Store(d, OpaqueEight(sv));
     return true;
 }
 
@@ -82,16 +87,18 @@ template <int kMode> CLT_AVX2 void AlphaRows(uint8_t* d, const uint8_t* s, int32
         __m256i s0 = Load(s), s1 = Load(s + 32);
         if (kMode == 0 && _mm256_testc_si256(_mm256_and_si256(s0, s1), alphaByte))
         {
-            const __m256i colourOne = _mm256_set1_epi32(0x00010101);
-            Store(d, _mm256_subs_epu8(s0, colourOne));
-            Store(d + 32, _mm256_subs_epu8(s1, colourOne));
+            Store(d, OpaqueEight(s0));
+            Store(d + 32, OpaqueEight(s1));
             continue;
         }
         if (!PlainEight(kMode, d, s0)) AlphaEight(kMode, d, s0);
         if (!PlainEight(kMode, d + 32, s1)) AlphaEight(kMode, d + 32, s1);
     }
     for (; i + 8 <= n; i += 8, d += 32, s += 32)
-        if (!PlainEight(kMode, d, Load(s))) AlphaEight(kMode, d, Load(s));
+    {
+        __m256i sv = Load(s);
+        if (!PlainEight(kMode, d, sv)) AlphaEight(kMode, d, sv);
+    }
     clt_blit::AlphaRow(kMode, d, s, n - i);
 }
 
