@@ -22,8 +22,8 @@ bool IsDemoProduct()
 
 int ShowProductMessage(LfxMain* main, HWND owner, uint16_t text, uint16_t caption, UINT style)
 {
-    return MessageBoxA(owner, main->GetSetupString(text).c_str(),
-                       main->GetSetupString(caption).c_str(), style);
+    return g_pfnLfxMessageBox(owner, main->GetSetupString(text).c_str(),
+                              main->GetSetupString(caption).c_str(), style);
 }
 
 bool CheckBeforeStart(HWND owner, LfxMain* main)

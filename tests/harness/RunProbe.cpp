@@ -43,7 +43,7 @@ std::string OneLine(const std::string& text)
 void PrintBox(const harness::MessageBoxRecord& record)
 {
     printf("box\t%s\t%s\tstyle=0x%x\towner=%s\t%s\n", record.title.c_str(),
-           OneLine(record.text).c_str(), harness::SeenFromOutside(harness::StyleOf(record)),
+           OneLine(record.text).c_str(), harness::StyleOf(record),
            record.owner.c_str(), record.scripted ? std::to_string(record.answer).c_str() : "-");
     fflush(stdout);
 }
@@ -99,7 +99,7 @@ int Run(int argc, char** argv)
         DeleteObject(shape);
     };
     run.onBox = PrintBox; // as each box is answered: a restart may end this program too
-    harness::RunResult r = harness::RunProgram(run);
+    trace::DebuggeeResult r = harness::RunProgram(run);
     if (out) fclose(out);
     for (const std::string& library : r.libraries)
         printf("library\t%s\n", library.c_str());

@@ -1,6 +1,7 @@
 // WinProbe: looks at a program's main window from outside, for test drivers that run
 // outside Wine. The window is the visible or minimised top-level window of a framework
-// class ("CltWin:...") with the given text.
+// class ("CltWin:...") with the given text, or with TEXT "class=NAME" the window of that
+// class.
 //
 // Usage: WinProbe.exe TEXT COMMAND [FILE]
 //   rect      prints "left top right bottom" of the window
@@ -24,6 +25,7 @@
 //   dpi N     tells the window that its screen's DPI is now N, as Windows does when the
 //             window moves to a screen of another DPI (without a suggested rectangle: a
 //             pointer cannot cross into another process)
+//   text N    prints the text of the window's child N
 //   readers   as a screen reader: the client's accessible object, then each child, one
 //             line each: "id|name|role|states|default action"
 //   press N   as a screen reader: the default action of child N ("pressed" or "refused"),
@@ -37,6 +39,9 @@
 #include <windows.h>
 #include <oleacc.h>
 #include <psapi.h>
+
+#include <fcntl.h>
+#include <io.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -204,12 +209,12 @@ HANDLE OpenWindowProcess(HWND w)
 int main(int argc, char** argv)
 {
     if (argc != 3 && !(argc == 4 && (!strcmp(argv[2], "shot") || !strcmp(argv[2], "press") ||
-                                     !strcmp(argv[2], "dpi"))))
+                                     !strcmp(argv[2], "dpi") || !strcmp(argv[2], "text"))))
     {
         fprintf(stderr,
                 "usage: WinProbe.exe TEXT "
                 "rect|iconic|visible|activate|region|close|endsession|resources|comctl|icons|"
-                "readers|tab|shot FILE|press N|dpi N\n");
+                "readers|tab|shot FILE|press N|dpi N|text N\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
@@ -220,6 +225,13 @@ int main(int argc, char** argv)
         RECT r;
         GetWindowRect(w, &r);
         printf("%ld %ld %ld %ld\n", r.left, r.top, r.right, r.bottom);
+    }
+    else if (!strcmp(command, "text"))
+    {
+        char text[4096] = {};
+        GetDlgItemTextA(w, atoi(argv[3]), text, sizeof text);
+        _setmode(_fileno(stdout), _O_BINARY); // its line breaks as they are
+        fputs(text, stdout);
     }
     else if (!strcmp(command, "iconic"))
         printf("%d\n", IsIconic(w) ? 1 : 0);

@@ -92,8 +92,7 @@ template <typename Draw> std::vector<DWORD> Pixels(int w, int h, Draw draw)
 
 // Identifies the icon that a control shows on the screen: its pixels are compared with
 // each system icon drawn on the control's background (its top-left pixel, which an icon
-// leaves transparent). Used for other processes' boxes, whose icon handles mean nothing
-// here under Wine. Retries while the box is still being painted.
+// leaves transparent). Retries while the box is still being painted.
 std::string IconOnScreen(HWND control)
 {
     RECT client;
@@ -129,50 +128,15 @@ std::string IconOnScreen(HWND control)
     return "other";
 }
 
-// The system icon that a box shows. The caller's own boxes are identified by the icon
-// handle; under Wine icon handles differ from process to process, so other processes'
-// boxes are identified by the icon's pixels on the screen.
+// The system icon that a box shows, told by its pixels on the screen (under Wine icon
+// handles differ from process to process).
 std::string IconOf(HWND box)
 {
     HWND control = GetDlgItem(box, 0x0440); // the message box's icon control
     if (!control || !IsWindowVisible(control)) return "";
     DWORD_PTR icon = 0;
     SendMessageTimeoutA(control, STM_GETICON, 0, 0, SMTO_ABORTIFHUNG, 5000, &icon);
-    if (!icon) return "";
-    DWORD owner = 0;
-    GetWindowThreadProcessId(box, &owner);
-    if (owner != GetCurrentProcessId()) return IconOnScreen(control);
-    for (const KnownIcon& k : kKnownIcons)
-        if (reinterpret_cast<DWORD_PTR>(LoadIconA(nullptr, k.id)) == icon) return k.name;
-    return "other";
-}
-
-// A task-modal box disables every other top-level window of its thread, not only its
-// owner: windows other than the box and its owner tell.
-struct Bystanders
-{
-    HWND box, owner;
-    int enabled = 0, disabled = 0;
-};
-
-BOOL CALLBACK CountBystander(HWND window, LPARAM p)
-{
-    auto* seen = reinterpret_cast<Bystanders*>(p);
-    // The system's input-method window is disabled from the start: it tells nothing.
-    char cls[8] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    if (window != seen->box && window != seen->owner && strcmp(cls, "IME") != 0)
-        ++(IsWindowEnabled(window) ? seen->enabled : seen->disabled);
-    return TRUE;
-}
-
-int TaskModal(HWND box)
-{
-    Bystanders seen = {box, GetWindow(box, GW_OWNER)};
-    EnumThreadWindows(GetWindowThreadProcessId(box, nullptr), CountBystander,
-                      reinterpret_cast<LPARAM>(&seen));
-    if (seen.enabled + seen.disabled == 0) return -1;
-    return seen.enabled == 0 ? 1 : 0;
+    return icon ? IconOnScreen(control) : "";
 }
 
 // The default push button carries BS_DEFPUSHBUTTON (Wine's boxes do not answer
@@ -191,7 +155,6 @@ MessageBoxRecord ReadBox(HWND box)
     MessageBoxRecord record;
     record.title = WindowText(box);
     record.icon = IconOf(box);
-    record.taskModal = TaskModal(box);
     HWND owner = GetWindow(box, GW_OWNER);
     record.owner = owner ? ClassOf(owner) : "none";
     if (HWND text = GetDlgItem(box, 0xFFFF)) record.text = WindowText(text);
@@ -199,11 +162,8 @@ MessageBoxRecord ReadBox(HWND box)
     EnumChildWindows(box, CollectButton, reinterpret_cast<LPARAM>(&buttons));
     std::sort(buttons.begin(), buttons.end());
     record.defaultButton = DefaultButton(buttons);
-    for (auto& [id, window] : buttons)
-    {
-        record.buttons.push_back(id);
-        record.buttonTexts.push_back(WindowText(window));
-    }
+    for (auto& button : buttons)
+        record.buttons.push_back(button.first);
     return record;
 }
 
@@ -223,7 +183,6 @@ struct BoxWatcher::State
     std::vector<int> answers;
     std::function<void(const MessageBoxRecord&)> onBox;
     bool closeWindows = false;
-    std::vector<MessageBoxRecord> boxes;
     std::atomic<bool> stop{false};
     std::thread thread;
 };
@@ -272,26 +231,16 @@ BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
                     }
                     if (st->onBox) st->onBox(record);
                     Click(found, record.answer);
-                    st->boxes.push_back(record);
                 }
                 Sleep(20);
             }
         });
 }
 
-std::vector<MessageBoxRecord> BoxWatcher::Stop()
-{
-    if (m_state->thread.joinable())
-    {
-        m_state->stop = true;
-        m_state->thread.join();
-    }
-    return m_state->boxes;
-}
-
 BoxWatcher::~BoxWatcher()
 {
-    Stop();
+    m_state->stop = true;
+    m_state->thread.join();
     delete m_state;
 }
 
@@ -340,18 +289,17 @@ UINT StyleOf(const MessageBoxRecord& box)
     }
     for (const auto& [name, value] : kIcons)
         if (box.icon == name) style |= value;
-    if (box.taskModal == 1) style |= MB_TASKMODAL;
     return style;
 }
-Bystander::Bystander()
-    : m_window(
-          CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr))
-{
-}
 
-Bystander::~Bystander()
+HWND FindFrameworkWindow(const char* text)
 {
-    if (m_window) DestroyWindow(m_window);
+    if (strncmp(text, "class=", 6) == 0) return FindWindowA(text + 6, nullptr);
+    return FindTopLevelWindow(
+        [text](HWND window)
+        {
+            return ClassOf(window).rfind("CltWin:", 0) == 0 && WindowText(window) == text;
+        });
 }
 
 } // namespace harness

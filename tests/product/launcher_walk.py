@@ -2030,6 +2030,26 @@ def check_program(name):
            "no arguments")
 
 
+def system_check(name):
+    """The demo's system check as the launcher starts it, in its data folder: its window shows
+    the machine's figures, and closed, it ends with exit code 0."""
+    data = os.path.join(DEMO, "Install")
+    check = subprocess.Popen(["wine", os.path.join(data, "Syscheck.exe")], cwd=data, env=ENV,
+                             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                             stderr=subprocess.DEVNULL)
+    probe = lambda *command: run_wine(os.path.join(BIN, "WinProbe.exe"), "class=TarnSysCheck",
+                                      *command)
+    try:
+        lines = wait_for(lambda: probe("text", "1"), "the report").split("\n")
+        expect([line.split(":")[0] for line in lines[:3]] + lines[3:],
+               ["Physical memory", "Paging space", "Windows version", "Display devices:",
+                "    DirectDraw HAL", "DirectX: ready"], "the report")
+        probe("close")
+        expect(check.wait(TIMEOUT), 0, "exit code")
+    finally:
+        check.kill()
+
+
 def run_row(name, product, launcher, steps):
     if product.get("target"):
         shutil.rmtree(product["target"], ignore_errors=True)
@@ -2161,7 +2181,8 @@ def main():
     passed = failed = 0
     for run, row in [(run_row, r) for r in ROWS] + [(start_row, r) for r in START_ROWS] + [
             (many_at_once, r) for r in MANY_ROWS] + [(check_row, r) for r in CHECK_ROWS] + [
-            (check_program, ("check: the program's reports and exit codes",))]:
+            (check_program, ("check: the program's reports and exit codes",)),
+            (system_check, ("helpers: the system check",))]:
         group = row[0].split(":")[0] + ":"
         if (only and row[0] not in only and group not in only) or (
                 not only and row[0].startswith("8-bit")):

@@ -3,16 +3,14 @@
 // the game starts), and the demo test, which reads setup.ini anew at every call.
 #include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
-#include "harness/wine_Harness.h"
+#include "FrameWork/_lfx/lfx_Fixture.h"
 #include "product/tarn_Launcher.h"
 #include "product/tarn_Launch.h"
-#include "support/demo_Product.h"
+#include "support/product_Folder.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-
-using namespace harness;
 
 namespace
 {
@@ -28,7 +26,7 @@ std::string MakeDataFolder(const std::string& name, const std::string& library,
     g_Env.Set("LauncherDir", root.c_str(), true);
     g_Env.Set("DataDir", data.c_str(), true);
     g_Env.Set("SourceDir", Join(root, "Source").c_str(), true);
-    MakeFolders(Join(root, "Source"));
+    fs::create_directories(Join(root, "Source"));
     return data;
 }
 
@@ -88,15 +86,11 @@ TEST(TarnLaunch, PreparingALaunchSetsTheFoldersWhateverTheAnswer)
         std::string root = g_Env["LauncherDir"].c_str();
         SetCurrentDirectoryA(ExeFolder().c_str());
         CltString parameters, folder = "unchanged";
-        int result = -1;
-        Bystander bystander; // tells task-modal boxes
-        BoxWatcher watcher(GetCurrentProcessId(), c.answers);
-        result = g_TarnLauncher.PrepareLaunch(0, parameters, folder);
-        std::vector<MessageBoxRecord> boxes = watcher.Stop();
-        EXPECT_EQ(result, c.result);
-        ASSERT_EQ(boxes.size(), c.answers.size());
-        for (size_t i = 0; i < boxes.size(); ++i)
-            EXPECT_EQ(StyleOf(boxes[i]), c.styles[i]) << i;
+        ScriptedBoxes boxes(c.answers);
+        EXPECT_EQ(g_TarnLauncher.PrepareLaunch(0, parameters, folder), c.result);
+        ASSERT_EQ(boxes.Shown().size(), c.answers.size());
+        for (size_t i = 0; i < c.answers.size(); ++i)
+            EXPECT_EQ(boxes.Shown()[i].style, c.styles[i]) << i;
         EXPECT_STREQ(folder.c_str(), Join(root, "GameData").c_str());
         EXPECT_STREQ(parameters.c_str(), "");
         EXPECT_EQ(CurrentFolder(), Join(root, "Source"));

@@ -1,18 +1,14 @@
-// The demo setup library, loaded as the launcher loads it: its texts, its DirectX report
-// and installation, its display description, and the settings that tests use to steer it.
+// The demo setup library, loaded as the launcher loads it, on this machine: its DirectX
+// report and installation and its display description; the shipped library ignores the
+// settings that the test build takes from setup.ini.
 #include "FrameWork/_cult/Source/clt_SystemLibrary.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
-#include "harness/wine_Harness.h"
-#include "support/demo_Product.h"
-
-#include "FrameWork/_lfx/Source/lfx_Texts.h"
+#include "support/product_Folder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
-
-using namespace harness;
 
 namespace
 {
@@ -68,52 +64,6 @@ class SetupLibrary
     CVokSetup* m_setup = nullptr;
 };
 } // namespace
-
-TEST(VokSetup, EveryTextTheLauncherUsesIsThere)
-{
-    SetupLibrary lib("");
-    ASSERT_NE(lib.m_setup, nullptr);
-#define LFX_TEXT_ITEM(name, number) number,
-    const uint16_t numbers[] = {LFX_TEXTS(LFX_TEXT_ITEM)};
-#undef LFX_TEXT_ITEM
-    for (uint16_t n : numbers)
-        EXPECT_STRNE(lib.m_setup->GetString(n), "") << std::hex << n;
-    EXPECT_STREQ(lib.m_setup->GetString(0xFF00), "Tarn");
-    EXPECT_STREQ(lib.m_setup->GetString(0xFF04), "DEFAULT_CHARSET");
-    EXPECT_STREQ(lib.m_setup->GetString(0xFFF0), "INT");
-    EXPECT_STREQ(lib.m_setup->GetString(0x5007),
-                 "The program could not be started.\n\nPlease reinstall $[ProductName].");
-    EXPECT_STREQ(lib.m_setup->GetString(0x0001), "");
-    EXPECT_STREQ(lib.m_setup->GetString(0xFFFF), "");
-}
-
-TEST(VokSetup, TestSettingsSteerTheDirectXReport)
-{
-    struct Case
-    {
-        std::string settings;
-        int state, install, check, displays;
-    } cases[] = {
-        {"DirectXState=4\r\nDirectXInstall=1\r\nCheckDirectX=0\r\nDisplays=0\r\n", 4, 1, 0, 0},
-        {"DirectXState=2\r\nDirectXInstall=0\r\nCheckDirectX=1\r\nDisplays=2\r\n", 2, 0, 1, 2},
-    };
-    for (const Case& c : cases)
-    {
-        SCOPED_TRACE(c.settings);
-        SetupLibrary lib(c.settings);
-        ASSERT_NE(lib.m_setup, nullptr);
-        EXPECT_EQ(lib.m_setup->GetDirectXState(), c.state);
-        EXPECT_EQ(lib.m_setup->InstallDirectX("C:\\nowhere"), c.install);
-        EXPECT_EQ(lib.CheckDirectX(), c.check);
-        VokDisplayDescription desc = lib.Describe();
-        EXPECT_EQ(desc.nDisplays, uint32_t(c.displays));
-        if (c.displays == 2)
-        {
-            EXPECT_STREQ(desc.aszNames[1], "Test Display 2");
-            EXPECT_EQ(desc.nNames, 2u);
-        }
-    }
-}
 
 TEST(VokSetup, TheShippedLibraryHasNoTestSettings)
 {

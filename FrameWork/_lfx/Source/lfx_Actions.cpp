@@ -21,7 +21,7 @@
 
 int LfxMain::ShowMessage(const char* text, uint32_t flags)
 {
-    return MessageBoxA(nullptr, text, g_Env[lfx_env::ProductName].c_str(), flags);
+    return g_pfnLfxMessageBox(nullptr, text, g_Env[lfx_env::ProductName].c_str(), flags);
 }
 
 int LfxMain::PlaySoundByName(const CltString& name, bool wait)

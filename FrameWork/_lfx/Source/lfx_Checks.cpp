@@ -26,6 +26,7 @@
 
 void(WINAPI* g_pfnLfxGlobalMemoryStatus)(LPMEMORYSTATUS) = GlobalMemoryStatus;
 BOOL(WINAPI* g_pfnLfxExitWindowsEx)(UINT, DWORD) = ExitWindowsEx;
+int(WINAPI* g_pfnLfxMessageBox)(HWND, LPCSTR, LPCSTR, UINT) = MessageBoxA;
 
 namespace
 {
@@ -86,15 +87,15 @@ int LfxMain::CheckDirectX()
     CltString folder = JoinPath(g_Env[lfx_env::SourceDir], strDirectX);
     if (!clt_IsDirectoryPresent(folder))
     {
-        MessageBoxA(GetFocus(), GetSetupString(lfx_text::NoDirectXFolder).c_str(),
-                    GetSetupString(lfx_text::DirectXCaption).c_str(), MB_OK);
+        g_pfnLfxMessageBox(GetFocus(), GetSetupString(lfx_text::NoDirectXFolder).c_str(),
+                           GetSetupString(lfx_text::DirectXCaption).c_str(), MB_OK);
         return 0;
     }
     if (m_pVokSetup->InstallDirectX(folder.c_str()) == 0)
         return m_pVokSetup->GetDirectXState() != 0 ? 1 : 0;
-    if (MessageBoxA(GetFocus(), GetSetupString(lfx_text::RestartQuestion).c_str(),
-                    GetSetupString(lfx_text::DirectXCaption).c_str(),
-                    MB_YESNO | MB_ICONQUESTION) != IDYES)
+    if (g_pfnLfxMessageBox(GetFocus(), GetSetupString(lfx_text::RestartQuestion).c_str(),
+                           GetSetupString(lfx_text::DirectXCaption).c_str(),
+                           MB_YESNO | MB_ICONQUESTION) != IDYES)
         return 0;
     clt_EnablePrivilege("SeShutdownPrivilege"); // without it the restart is refused
     g_pfnLfxExitWindowsEx(EWX_REBOOT | EWX_FORCE, 0);

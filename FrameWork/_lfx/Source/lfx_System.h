@@ -117,9 +117,11 @@ class LfxMain : public CltApp
 
 extern LfxMain g_LfxMain;
 
-// Seams for tests that must not reach the real machine state: the memory figures and
-// the system restart. Both point at the system's functions.
+// Seams for tests that must not reach the real machine state: the memory figures, the
+// system restart, and the message boxes the launcher shows (which block the thread). Each
+// points at the system's function.
 extern void(WINAPI* g_pfnLfxGlobalMemoryStatus)(LPMEMORYSTATUS status);
 extern BOOL(WINAPI* g_pfnLfxExitWindowsEx)(UINT flags, DWORD reason);
+extern int(WINAPI* g_pfnLfxMessageBox)(HWND owner, LPCSTR text, LPCSTR caption, UINT style);
 // Every registered page, in registration order; the pages not yet chosen as active.
 extern LfxPageList* g_lstRegisteredPages;

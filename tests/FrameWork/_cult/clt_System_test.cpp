@@ -1,13 +1,11 @@
 // The system utilities against the real registry and files.
 #include "FrameWork/_cult/Source/clt_System.h"
-#include "harness/wine_Harness.h"
+#include "support/product_Folder.h"
 
 #include <gtest/gtest.h>
 #include <sddl.h>
 
 #include <string>
-
-using namespace harness;
 
 namespace
 {
@@ -17,10 +15,10 @@ const char kKey[] = "Software\\LauncherTests\\System";
 TEST(CltSystem, RegistryReadsFitTheirBuffersAndLeaveTheOutputOnFailure)
 {
     DeleteRegTree(kKey);
-    ASSERT_TRUE(SetRegString(kKey, "Short", "abc"));
-    ASSERT_TRUE(SetRegString(kKey, "Long", std::string(1024, 'x'))); // 1025 bytes with the zero
-    ASSERT_TRUE(SetRegString(kKey, "Fits", std::string(1023, 'y'))); // exactly 1024 bytes
-    ASSERT_TRUE(SetRegDword(kKey, "Number", 0x12345678));
+    ASSERT_TRUE(SetReg(kKey, "Short", "abc"));
+    ASSERT_TRUE(SetReg(kKey, "Long", std::string(1024, 'x'))); // 1025 bytes with the zero
+    ASSERT_TRUE(SetReg(kKey, "Fits", std::string(1023, 'y'))); // exactly 1024 bytes
+    ASSERT_TRUE(SetReg(kKey, "Number", DWORD(0x12345678)));
 
     CltString text("unchanged");
     EXPECT_FALSE(
@@ -51,8 +49,8 @@ TEST(CltSystem, RegistryValuesOfAKeyThatGrantsOnlyReadingAreRead)
 {
     const char key[] = "Software\\LauncherTests\\ReadOnly";
     DeleteRegTree(key);
-    ASSERT_TRUE(SetRegDword(key, "Installed", 1));
-    ASSERT_TRUE(SetRegString(key, "Install Path", "C:\\Games\\Tarn"));
+    ASSERT_TRUE(SetReg(key, "Installed", DWORD(1)));
+    ASSERT_TRUE(SetReg(key, "Install Path", "C:\\Games\\Tarn"));
     auto setAccess = [&](const char* sddl)
     {
         HKEY k;
@@ -82,7 +80,7 @@ TEST(CltSystem, FilesFoldersAndTheCurrentFolder)
 {
     std::string root = Join(TestRoot(), "system");
     RemoveTree(root);
-    ASSERT_TRUE(WriteTextFile(Join(root, "present.txt"), "x"));
+    WriteTextFile(Join(root, "present.txt"), "x");
     char before[MAX_PATH] = {};
     GetCurrentDirectoryA(MAX_PATH, before);
 

@@ -17,7 +17,6 @@
 #include "FrameWork/_cult/Source/clt_Window.h"
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
 #include "support/widget_Font.h"
-#include "harness/wine_Harness.h"
 #include "support/test_Picture.h"
 
 namespace

@@ -1,19 +1,17 @@
-// The checks and actions of LfxMain in this process, against real files, registry values,
-// the demo setup library (steered through its test settings) and real message boxes,
-// which a watcher thread reads and answers. The memory figures and the system restart
-// go through the two seams, so that the tests do not depend on this machine's memory
-// and do not restart the Wine session.
+// The checks and actions of LfxMain in this process, against real files, registry values
+// and the demo setup library (steered through its test settings). The memory figures, the
+// system restart and the message boxes go through the launcher's seams, so that the tests
+// do not depend on this machine's memory, do not restart the Wine session, and answer the
+// boxes from a script.
 #include "FrameWork/_cult/Source/clt_Environment.h"
 #include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
 #include "FrameWork/_lfx/Source/lfx_Launcher.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 #include "lfx_Fixture.h"
-#include "support/demo_Product.h"
+#include "support/product_Folder.h"
 
 #include <gtest/gtest.h>
-
-using namespace harness;
 
 namespace
 {
@@ -68,12 +66,12 @@ RecordingLauncher g_launcher;
 
 // Sets the launcher up as PreInitializeLauncher and DetermineLauncherState leave it for a
 // product in folder 'root' with the given setup.ini.
-void Prepare(const std::string& root, const demo::Ini& ini, const std::string& testSettings = "")
+void Prepare(const std::string& root, const Ini& ini, const std::string& testSettings = "")
 {
     ReleaseSetup();
     FreeLibrary(GetModuleHandleA(Join(root, "Install\\VokSetup.dll").c_str()));
     RemoveTree(root);
-    demo::MakeProduct(root, ini);
+    MakeProduct(root, ini);
     if (!testSettings.empty())
         WriteTextFile(Join(root, "Install\\setup.ini"),
                       ini.Text() + "[VokSetupTest]\r\n" + testSettings);
@@ -92,22 +90,6 @@ void Prepare(const std::string& root, const demo::Ini& ini, const std::string& t
 std::string Text(uint16_t number)
 {
     return g_LfxMain.GetSetupString(number).c_str();
-}
-
-struct Box
-{
-    std::string title, text;
-    std::vector<int> buttons;
-};
-
-// Runs 'action' while clicking the answers into the boxes it shows.
-template <typename F> std::vector<MessageBoxRecord> Answering(std::vector<int> answers, F action)
-{
-    Bystander bystander; // tells task-modal boxes
-    BoxWatcher watcher(GetCurrentProcessId(), std::move(answers));
-    action();
-    Sleep(100);
-    return watcher.Stop();
 }
 } // namespace
 
@@ -137,22 +119,18 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
     {
         SCOPED_TRACE(std::string(c.ram ? c.ram : "-") + "/" + (c.buffer ? c.buffer : "-") + " " +
                      std::to_string(c.totalPhys));
-        demo::Ini ini("Memory");
-        if (c.ram) ini.Set("SysCheck", "RAM", c.ram);
-        if (c.buffer) ini.Set("Buffer", "Product", c.buffer);
-        Prepare(root, ini);
+        Prepare(root, Ini("Memory").Set("SysCheck", "RAM", c.ram).Set("Buffer", "Product", c.buffer));
         g_memory = {};
         g_memory.dwTotalPhys = c.totalPhys;
         g_memory.dwAvailPageFile = c.availPage;
-        int result = -1;
-        auto boxes = Answering(c.answers, [&] { result = g_LfxMain.CheckMemory(); });
-        EXPECT_EQ(result, c.result);
-        ASSERT_EQ(boxes.size(), c.asked.size());
-        for (size_t i = 0; i < boxes.size(); ++i)
+        ScriptedBoxes boxes(c.answers);
+        EXPECT_EQ(g_LfxMain.CheckMemory(), c.result);
+        ASSERT_EQ(boxes.Shown().size(), c.asked.size());
+        for (size_t i = 0; i < c.asked.size(); ++i)
         {
-            EXPECT_EQ(boxes[i].title, "Tarn");
-            EXPECT_EQ(boxes[i].text, Text(c.asked[i]));
-            EXPECT_EQ(StyleOf(boxes[i]), UINT(MB_YESNO | MB_ICONINFORMATION));
+            EXPECT_EQ(boxes.Shown()[i].caption, "Tarn");
+            EXPECT_EQ(boxes.Shown()[i].text, Text(c.asked[i]));
+            EXPECT_EQ(boxes.Shown()[i].style, UINT(MB_YESNO | MB_ICONINFORMATION));
         }
     }
 }
@@ -160,7 +138,7 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
 TEST(LfxChecks, DisplayProbeFillsTheListWhileItLives)
 {
     std::string root = Join(TestRoot(), "probe");
-    demo::Ini ini("Probe");
+    Ini ini("Probe");
     struct Case
     {
         const char* settings;
@@ -193,9 +171,7 @@ TEST(LfxChecks, DisplayProbeFillsTheListWhileItLives)
 TEST(LfxActions, TheInstallerStartsOnlyWhenTheProductLauncherAgrees)
 {
     std::string root = Join(TestRoot(), "actions");
-    demo::Ini ini("Actions");
-    ini.Set("Startup", "AppType", "Demo"); // no media check
-    Prepare(root, ini);
+    Prepare(root, Ini("Actions").Set("Startup", "AppType", "Demo")); // no media check
     std::string data = Join(root, "Install");
     CopyInto(Join(ExeFolder(), "test_helper.exe"), data, "TarnSetup.exe");
     g_launcher.canInstall = 0;
@@ -214,17 +190,16 @@ TEST(LfxActions, TheInstallerStartsOnlyWhenTheProductLauncherAgrees)
 TEST(LfxActions, UninstallStringWithSwitchesStartsNothing)
 {
     std::string root = Join(TestRoot(), "uninstall");
-    demo::Ini ini("Uninstall");
+    Ini ini("Uninstall");
     Prepare(root, ini);
     std::string folder = Join(root, "Program Files");
     std::string uninstaller = Join(folder, "uninst.exe");
     CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "uninst.exe");
-    SetRegString(ini.RegistryKey(), "UninstallString", uninstaller + " /S");
-    int result = -1;
-    auto boxes = Answering({IDOK}, [&] { result = g_LfxMain.RunUninstaller(); });
-    EXPECT_EQ(result, 0);
+    SetReg(ini.RegistryKey(), "UninstallString", uninstaller + " /S");
+    ScriptedBoxes boxes({IDOK});
+    EXPECT_EQ(g_LfxMain.RunUninstaller(), 0);
     EXPECT_EQ(g_launcher.destroyed, 0);
-    EXPECT_TRUE(boxes.empty());
+    EXPECT_TRUE(boxes.Shown().empty());
     EXPECT_EQ(ReadTextFile(uninstaller + ".log"), "");
     DeleteRegTree(ini.RegistryKey());
 }
@@ -254,10 +229,8 @@ TEST(LfxActions, LaunchStopsWhenACheckSaysNo)
     for (const auto& c : cases)
     {
         SCOPED_TRACE(c.name);
-        demo::Ini ini("Launch");
-        ini.Set("SysCheck", "RAM", c.ram);
-        Prepare(root, ini, c.settings);
-        MakeFolders(Join(root, "DirectX"));
+        Prepare(root, Ini("Launch").Set("SysCheck", "RAM", c.ram), c.settings);
+        fs::create_directories(Join(root, "DirectX"));
         DisableShutdownPrivilege(); // the restart must ask for it
         g_memory = {};
         g_memory.dwTotalPhys = uint32_t(62.9 * 1048576);
@@ -266,10 +239,9 @@ TEST(LfxActions, LaunchStopsWhenACheckSaysNo)
         CopyInto(Join(ExeFolder(), "test_helper.exe"), game, "Tarn.exe");
         g_Env.Set("ProductDir", game.c_str(), true);
         g_Env.Set("ProductExe", Join(game, "Tarn.exe").c_str(), true);
-        int result = -2;
-        auto boxes = Answering(c.answers, [&] { result = g_LfxMain.LaunchProduct(0, true); });
-        EXPECT_EQ(result, c.result);
-        EXPECT_EQ(boxes.size(), c.answers.size());
+        ScriptedBoxes boxes(c.answers);
+        EXPECT_EQ(g_LfxMain.LaunchProduct(0, true), c.result);
+        EXPECT_EQ(boxes.Shown().size(), c.answers.size());
         EXPECT_EQ(g_restarts, c.restarts);
         EXPECT_EQ(g_launcher.destroyed, c.restarts);
         // Waited for: the record is there when the game was started.

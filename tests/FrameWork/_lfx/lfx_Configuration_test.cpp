@@ -4,11 +4,9 @@
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
 #include "lfx_Fixture.h"
-#include "support/demo_Product.h"
+#include "support/product_Folder.h"
 
 #include <gtest/gtest.h>
-
-using namespace harness;
 
 TEST(LfxConfiguration, SettingsFromSetupIniAndRegistry)
 {
@@ -44,14 +42,14 @@ TEST(LfxConfiguration, SettingsFromSetupIniAndRegistry)
     for (const Case& c : cases)
     {
         SCOPED_TRACE(c.name);
-        demo::Ini ini("Config");
+        Ini ini("Config");
         for (const auto& [key, value] : c.startup)
-            value == "-" ? ini.Remove("Startup", key) : ini.Set("Startup", key, value);
-        if (!c.withCompany) ini.Remove("Registry", "Company");
+            ini.Set("Startup", key, value == "-" ? nullptr : value.c_str());
+        if (!c.withCompany) ini.Set("Registry", "Company", nullptr);
         RemoveTree(root);
-        demo::MakeProduct(root, ini);
+        MakeProduct(root, ini);
         DeleteRegTree(ini.RegistryKey());
-        if (c.installed >= 0) SetRegDword(ini.RegistryKey(), "Installed", c.installed);
+        if (c.installed >= 0) SetReg(ini.RegistryKey(), "Installed", DWORD(c.installed));
 
         g_LfxMain.m_nDisks = g_LfxMain.m_bRetail = g_LfxMain.m_bInstallDX = 0;
         g_LfxMain.m_dwInstalled = 0;
@@ -82,11 +80,11 @@ TEST(LfxConfiguration, ReadersOfSetupIniAndTheSetupObject)
 {
     std::string root = Join(TestRoot(), "readers");
     RemoveTree(root);
-    demo::Ini ini("Readers");
-    ini.Set("Extra", "Long", std::string(300, 'L'));
-    ini.Set("Extra", "Empty", "");
-    ini.Set("Extra", "Number", "-42");
-    demo::MakeProduct(root, ini);
+    std::string longValue(300, 'L');
+    MakeProduct(root, Ini("Readers")
+                          .Set("Extra", "Long", longValue.c_str())
+                          .Set("Extra", "Empty", "")
+                          .Set("Extra", "Number", "-42"));
     g_Env.Set("DEBUG", root.c_str(), false);
     ASSERT_EQ(g_LfxMain.PreInitializeLauncher(), 1);
 
