@@ -56,6 +56,15 @@ def wait_for(condition, what, timeout=TIMEOUT):
         time.sleep(0.05)
 
 
+def wait_equal(get, want, what, timeout=TIMEOUT):
+    """Waits until get() gives want; fails with the last value seen."""
+    seen = []
+    try:
+        wait_for(lambda: seen.append(get()) or seen[-1] == want, what, timeout)
+    except Failure:
+        raise Failure(f"{what}: {seen[-1]!r}, expected {want!r}")
+
+
 def expect(actual, expected, what):
     if actual != expected:
         raise Failure(f"{what}: {actual!r}, expected {expected!r}")
@@ -655,14 +664,9 @@ def step(l, p, s):
         l.wait_trace(a[0])
     elif verb == "looks":  # the pointer at rest, then the page buttons' looks
         l.park()
-        last = []
-        try:
-            wait_for(lambda: last.__setitem__(slice(None), l.buttons(Shot())) or last == a[0],
-                     "the buttons' looks")
-        except Failure:
-            raise Failure(f"buttons {last}, expected {a[0]}")
+        wait_equal(lambda: l.buttons(Shot()), a[0], "the buttons' looks")
     elif verb == "look":  # button k alone, the pointer where it is
-        wait_for(lambda: l.buttons(Shot())[a[0]:a[0] + 1] == [a[1]], f"button {a[0]} {a[1]}")
+        wait_equal(lambda: l.buttons(Shot())[a[0]:a[0] + 1], [a[1]], f"button {a[0]}")
     elif verb == "click":
         # Two clicks on one point within the double-click time are a double-click, and the
         # steps between two clicks may take less: a button clicked twice in a row is clicked
@@ -734,10 +738,7 @@ def step(l, p, s):
                 xdo(*batch)
             batch = [] if e[0] == "sync" else list(e)
             if e[0] == "sync" and len(e) == 3:
-                try:
-                    wait_for(lambda: x_position("Tarn") == e[1:], "")
-                except Failure:
-                    raise Failure(f"the window at {x_position('Tarn')}, dragged to {e[1:]}")
+                wait_equal(lambda: x_position("Tarn"), e[1:], "the dragged window on the display")
         pages = lambda: [x for x in l.lines()[l.seen:] if x.startswith("LfxMain: Page [") and x.endswith("] shown.")]
         wait_for(lambda: len(pages()) >= len(shown), f"{len(shown)} pages shown", timeout=600)
         expect(pages(), [f"LfxMain: Page [{page}] shown." for page in shown], "the pages shown")
@@ -751,25 +752,14 @@ def step(l, p, s):
         expect(l.probe("rect"), f"{l.left} {l.top} {l.left + 500} {l.top + 470}", "the window's place")
         expect(l.probe("readers").split("\n")[0], "0|Tarn|client|focusable|", "the window's answer")
     elif verb == "probe":
-        seen = []
-        try:
-            wait_for(lambda: seen.append(l.probe(a[0])) or seen[-1] == a[1], a[0])
-        except Failure:
-            raise Failure(f"{a[0]}: {seen[-1]!r}, expected {a[1]!r}")
+        wait_equal(lambda: l.probe(a[0]), a[1], a[0])
     elif verb == "pixels":  # exact colours at window points
-        last = {}
-        try:
-            wait_for(lambda: last.update({at: l.pixel(shot, *at) for shot in [Shot()]
-                                          for at in a[0]}) or last == a[0], "the pixels")
-        except Failure:
-            raise Failure(f"pixels {last}, expected {a[0]}")
+        wait_equal(lambda: {at: l.pixel(shot, *at) for shot in [Shot()] for at in a[0]}, a[0],
+                   "the pixels")
     elif verb == "window shot":  # exact colours as the system reads the window back; saved
-        shot, last = os.path.join(p.folder, "shot.bmp"), {}
-        try:
-            wait_for(lambda: l.probe("shot " + wine_path(shot)) == "" and last.update(
-                read_bmp24(shot)(a[0])) or last == a[0], "the window's pixels")
-        except Failure:
-            raise Failure(f"pixels {last}, expected {a[0]}")
+        shot = os.path.join(p.folder, "shot.bmp")
+        wait_equal(lambda: l.probe("shot " + wine_path(shot)) == "" and read_bmp24(shot)(a[0]),
+                   a[0], "the window's pixels")
         os.makedirs(os.path.dirname(os.path.join(OUT, a[1])), exist_ok=True)
         shutil.copy(shot, os.path.join(OUT, a[1]))
     elif verb == "near":  # x, y, colour, tolerance
@@ -802,12 +792,8 @@ def step(l, p, s):
                                   capture_output=True, text=True).stderr.strip() == "0"
         wait_for(same, f"the window as {a[0]}")
     elif verb in ("heard", "heard all"):  # the sounds so far, "~" for one cut short
-        last = []
-        try:
-            wait_for(lambda: last.__setitem__(slice(None), heard(l.played(), p.samples, verb == "heard"))
-                     or last[:len(a[0])] == a[0], "the sounds")
-        except Failure:
-            raise Failure(f"sounds {last}, expected {a[0]}")
+        wait_equal(lambda: heard(l.played(), p.samples, verb == "heard")[:len(a[0])], a[0],
+                   "the sounds")
     elif verb == "file":  # the file appears, or holds these lines
         path = os.path.join(p.folder, a[0])
         wait_for(lambda: os.path.exists(path), a[0])
