@@ -8,7 +8,8 @@
 // Run-length data is decoded as one stream of pixels over the whole image: a packet that
 // reaches past the end of a row continues on the next row (as older writers produced). A
 // packet that reaches past the image's last pixel makes the file malformed: it is refused
-// before anything of that packet is written, so nothing lands outside the image.
+// before anything of that packet is written, so nothing lands outside the image. The data
+// is read a chunk at a time, so a large file is never held whole beside its image.
 #include <cstdlib>
 #include <cstring>
 
@@ -47,51 +48,85 @@ void Fill(uint8_t* to, const uint8_t* pixel, uint32_t n, uint32_t bpp)
         to[0] = pixel[0], to[1] = pixel[1], to[2] = pixel[2];
 }
 
-// Decodes packets from [in, end) into the image's stored rows; false when the data ends
-// before every pixel is produced or a packet reaches past the last pixel. A packet is
-// written a row's part at a time: one copy for raw pixels, one fill for a run.
-bool DecodeRle(const uint8_t* in, const uint8_t* end, CltImage& image, uint32_t bpp)
+// The run-length decoder's place in the image's stored rows. Packets are decoded as the
+// file's bytes arrive, a chunk at a time; a packet is written a row's part at a time: one
+// copy for raw pixels, one fill for a run.
+struct RleDecoder
 {
-    uint32_t width = uint32_t(image.m_nWidth), x = 0;
-    uint64_t left = uint64_t(width) * uint64_t(image.m_nHeight);
+    CltImage& image;
+    uint32_t bpp;
+    uint64_t left; // pixels still to come
+    uint32_t x = 0;
     int32_t row = 0;
     uint8_t* out = image.m_pData;
-    while (left > 0)
+
+    // Decodes the whole packets of [in, end); returns where the first packet that the bytes
+    // do not hold whole begins (or end), or null when a packet reaches past the last pixel.
+    const uint8_t* Decode(const uint8_t* in, const uint8_t* end)
     {
-        if (in >= end) return false;
-        uint8_t h = *in++;
-        uint32_t count = (h & 0x7Fu) + 1;
-        bool run = h & 0x80;
-        if (count > left) return false;
-        if (uint64_t(end - in) < uint64_t(run ? 1 : count) * bpp) return false;
-        left -= count;
-        const uint8_t* pixels = in;
-        in += size_t(run ? 1 : count) * bpp;
-        while (count > 0)
+        const uint32_t width = uint32_t(image.m_nWidth);
+        while (left > 0 && in < end)
         {
-            uint32_t span = count < width - x ? count : width - x;
-            uint8_t* to = out + size_t(x) * bpp;
-            if (run)
-                Fill(to, pixels, span, bpp);
-            else
+            uint32_t count = (*in & 0x7Fu) + 1;
+            bool run = *in & 0x80;
+            size_t bytes = 1 + size_t(run ? 1 : count) * bpp;
+            if (size_t(end - in) < bytes) break; // the next chunk completes it
+            if (count > left) return nullptr;
+            left -= count;
+            const uint8_t* pixels = in + 1;
+            in += bytes;
+            while (count > 0)
             {
-                // A lone pixel (the usual raw packet where colours change) is one fixed-size
-                // copy, not a call.
-                if (span == 1 && bpp == 4)
-                    memcpy(to, pixels, 4);
+                uint32_t span = count < width - x ? count : width - x;
+                uint8_t* to = out + size_t(x) * bpp;
+                if (run)
+                    Fill(to, pixels, span, bpp);
                 else
-                    memcpy(to, pixels, size_t(span) * bpp);
-                pixels += size_t(span) * bpp;
-            }
-            count -= span;
-            if ((x += span) == width)
-            {
-                x = 0;
-                out = image.m_pData + intptr_t(++row) * image.m_nPitch;
+                {
+                    // A lone pixel (the usual raw packet where colours change) is one
+                    // fixed-size copy, not a call.
+                    if (span == 1 && bpp == 4)
+                        memcpy(to, pixels, 4);
+                    else
+                        memcpy(to, pixels, size_t(span) * bpp);
+                    pixels += size_t(span) * bpp;
+                }
+                count -= span;
+                if ((x += span) == width)
+                {
+                    x = 0;
+                    out = image.m_pData + intptr_t(++row) * image.m_nPitch;
+                }
             }
         }
+        return in;
     }
-    return true;
+};
+
+// Run-length data is read in chunks of this size (a file's bytes are not all held at once),
+// with room before them for the start of a packet that the chunk before cut off.
+constexpr size_t kRleChunk = 32768, kLongestPacket = 1 + 128 * 4;
+
+// Decodes 'remaining' bytes of packets from the stream; false when they end before every
+// pixel is produced or a packet reaches past the last pixel.
+bool ReadRle(CltReadStream& stream, uint64_t remaining, CltImage& image, uint32_t bpp)
+{
+    uint8_t* buffer = static_cast<uint8_t*>(malloc(kLongestPacket + kRleChunk));
+    if (!buffer) return false;
+    RleDecoder decoder{image, bpp, uint64_t(image.m_nWidth) * uint64_t(image.m_nHeight)};
+    size_t kept = 0; // bytes of a cut-off packet at the buffer's start
+    while (decoder.left > 0)
+    {
+        size_t n = remaining < kRleChunk ? size_t(remaining) : kRleChunk;
+        if (n == 0 || !stream.ReadExactly(buffer + kept, n)) break; // the data ends early
+        const uint8_t* stop = decoder.Decode(buffer, buffer + kept + n);
+        if (!stop) break;
+        remaining -= n;
+        kept = size_t(buffer + kept + n - stop);
+        memmove(buffer, stop, kept);
+    }
+    free(buffer);
+    return decoder.left == 0;
 }
 
 bool CltTgaReader::Load(const CltGuid& streamId, CltImage& image, const char* fileName)
@@ -124,16 +159,8 @@ bool CltTgaReader::Load(const CltGuid& streamId, CltImage& image, const char* fi
     {
         if (!stream.ReadRows(image, uint64_t(width) * bpp, 0)) return false;
     }
-    else
-    {
-        // The packets are read in one piece and decoded from memory.
-        uint8_t* data = static_cast<uint8_t*>(malloc(size_t(remaining) + 1));
-        if (!data) return false;
-        bool decoded = stream.ReadExactly(data, uint64_t(remaining)) &&
-                       DecodeRle(data, data + remaining, image, bpp);
-        free(data);
-        if (!decoded) return false;
-    }
+    else if (!ReadRle(stream, uint64_t(remaining), image, bpp))
+        return false;
     image.m_nOrigin = origin;
     return true;
 }
