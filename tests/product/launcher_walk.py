@@ -316,7 +316,7 @@ class Product:
     recorders in place of the programs the launcher starts."""
 
     def __init__(self, name, installed=False, ini=None, setup_dll=None, no_setup=False,
-                 skin=None, sounds=None, disc=False, target=None):
+                 recording=False, skin=None, sounds=None, disc=False, target=None):
         self.name = name
         self.folder = os.path.join(WORK, name)
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -338,6 +338,8 @@ class Product:
             os.rename(os.path.join(self.data, "VokSetup.dll"), os.path.join(self.data, setup_dll))
         if no_setup:  # a VokSetup.dll without the DirectX check's entry
             shutil.copy(os.path.join(BIN, "NoExport.dll"), os.path.join(self.data, "VokSetup.dll"))
+        if recording:  # a VokSetup.dll that records the calls of its DirectX entries
+            shutil.copy(os.path.join(BIN, "..", "recording-setup", "VokSetup.dll"), self.data)
         self.write_ini(values)
         if skin:
             skin(self.data)
@@ -949,10 +951,14 @@ ROWS = [
         ("shown", "LAUNCH"), ("key", "Return"), ("box", "Tarn", 7),
         ("box", "Tarn", 6, (SOUND_Q, STYLE_Q, "owner=CltWin")), ("ends",),
         ("runs", "Tarn.exe", GAME)]),
-    ("play: no display device", {"installed": True, "setup_dll": "Setup2.dll"}, {}, [
-        ("shown", "LAUNCH"), ("key", "Return"), ("box", "Tarn", 6),
-        ("box", "Tarn", 1, (M3, "style=0x30", "owner=CltWin")), ("key", "Escape"), ("ends",),
-        ("never", "Tarn.exe")]),
+    # A demo asks the setup library for DirectX (started, asked and shut down once: a library
+    # that records its calls, whose display check lists no device) before the checks.
+    ("play: no display device",
+     {"installed": True, "ini": DEMO_INI, "setup_dll": "Setup2.dll", "recording": True}, {}, [
+         ("shown", "LAUNCH"), ("key", "Return"), ("box", "Tarn", 6),
+         ("box", "Tarn", 1, (M3, "style=0x30", "owner=CltWin")), ("key", "Escape"), ("ends",),
+         ("never", "Tarn.exe"),
+         ("file", "Install/calls.log", ["Startup {folder}\\Install", "CheckDirectX", "Shutdown"])]),
     ("play: demo without the DirectX check",
      {"installed": True, "ini": DEMO_INI, "setup_dll": "Setup2.dll", "no_setup": True}, {}, [
          ("shown", "LAUNCH"), ("looks", focus(4, 0)), ("key", "Return"),
@@ -1227,12 +1233,13 @@ def fresh(path):
 
 def start_product(folder, s):
     """Lays out folder\\Launcher.exe and its data folder with the test build of the setup
-    library and a setup.ini of the row's (the setup library's [VokSetupTest] settings after
-    it), and registers the product as the row says."""
+    library (or the one the demo ships) and a setup.ini of the row's (the setup library's
+    [VokSetupTest] settings after it)."""
     data = os.path.join(folder, s.get("anchor", "Install"))
     os.makedirs(data, exist_ok=True)
     shutil.copy(os.path.join(BIN, s.get("program", "Launcher.exe")), folder)
-    shutil.copy(os.path.join(BIN, s.get("library", "VokSetup.dll")), data)
+    shutil.copy(os.path.join(DEMO, "Install", "VokSetup.dll") if s.get("shipped") else
+                os.path.join(BIN, s.get("library", "VokSetup.dll")), data)
     for name in s.get("skin", []):
         shutil.copy(os.path.join(DEMO, "Install", name), data)
     ini = dict(s.get("ini", {}))
@@ -1301,6 +1308,9 @@ def start_row(name, s, args, want):
         record = os.path.join(drive, "Install", "TarnSetup.exe.log")
     for folder_name in s.get("folders", []):
         os.makedirs(os.path.join(folder, folder_name))
+    if s.get("dxsetup"):  # a recorder for DirectX's setup program
+        shutil.copy(HELPER, os.path.join(folder, "DirectX", "DXSETUP.exe"))
+        record = os.path.join(folder, "DirectX", "DXSETUP.exe.log")
     if s.get("game"):  # a recorder for the game
         os.makedirs(os.path.join(folder, "Game"))
         shutil.copy(HELPER, os.path.join(folder, "Game", "Tarn.exe"))
@@ -1605,6 +1615,14 @@ START_ROWS = [
                                 "disc.", "style=0x0"), 1)]}),
     ("directx: installed without a restart", directx(False, "DirectX", None), "-I",
      {"boxes": [(OFFER, 6)] + ASK2}),
+    # The setup library runs DirectX's setup program and waits for its exit code (0: no
+    # restart); the library the demo ships ignores the settings that steer the test build.
+    ("directx: the setup program", dict(directx(False, "DirectX", None, "DirectXState=2"),
+                                        dxsetup=True), "-I",
+     {"boxes": [(OFFER, 6)] + ASK2, "recorded": "args=/silent|cwd=$\\DirectX\n"}),
+    ("directx: the shipped library", dict(directx(False, "DirectX", None, "DirectXState=4\r\n"
+                                                  "Displays=0"), shipped=True), "-I",
+     {"boxes": ASK2}),
     ("directx: restart declined", directx(False, "DirectX", None, "DirectXState=2\r\n"
                                           "DirectXInstall=1"), "-I",
      {"boxes": [(OFFER, 6), (RESTART_Q, 7)]}),
