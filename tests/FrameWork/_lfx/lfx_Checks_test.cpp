@@ -4,7 +4,6 @@
 // do not depend on this machine's memory, do not restart the Wine session, and answer the
 // boxes from a script.
 #include "FrameWork/_cult/Source/clt_Environment.h"
-#include "FrameWork/_lfx/Source/lfx_DisplayProbe.h"
 #include "FrameWork/_lfx/Source/lfx_Launcher.h"
 #include "FrameWork/_lfx/Source/lfx_System.h"
 #include "FrameWork/_lfx/Source/lfx_VokSetup.h"
@@ -133,38 +132,6 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
             EXPECT_EQ(boxes.Shown()[i].style, UINT(MB_YESNO | MB_ICONINFORMATION));
         }
     }
-}
-
-TEST(LfxChecks, DisplayProbeFillsTheListWhileItLives)
-{
-    std::string root = Join(TestRoot(), "probe");
-    Ini ini("Probe");
-    struct Case
-    {
-        const char* settings;
-        size_t devices;
-    } cases[] = {{"Displays=3\r\n", 3}, {"Displays=0\r\n", 0}, {"", 1}};
-    for (const Case& c : cases)
-    {
-        SCOPED_TRACE(c.settings);
-        Prepare(root, ini, c.settings);
-        {
-            CDisplayProbe probe(Join(root, "Install\\VokSetup.dll").c_str());
-            EXPECT_EQ(g_DisplayDevices.Records().size(), c.devices);
-            if (c.devices == 3)
-            {
-                EXPECT_STREQ(g_DisplayDevices.Records()[2].name, "Test Display 3");
-                // Every record carries its adapter's identifier whole.
-                for (size_t i = 0; i < 3; ++i)
-                    for (int k = 0; k < 16; ++k)
-                        EXPECT_EQ(g_DisplayDevices.Records()[i].guid[k], 0x10 * (i + 1) + k)
-                            << "device " << i << " byte " << k;
-            }
-        }
-        EXPECT_TRUE(g_DisplayDevices.IsEmpty());
-    }
-    CDisplayProbe missing(Join(root, "Install\\Missing.dll").c_str());
-    EXPECT_TRUE(g_DisplayDevices.IsEmpty());
 }
 
 // A product launcher may refuse the installation: then nothing starts.
