@@ -1841,68 +1841,63 @@ FORMS = " (the launcher reads BMP files of 24 bits and TGA files of 24 or 32 bit
         "or run-length encoded, as skinbuild writes them)"
 # Each row: name, the fault, the report's lines; a line that begins with "{" is setup.ini's.
 CHECK_ROWS = [
-    # setup.ini: values the launcher cannot start without.
-    ("check: launcher name missing", ini_line("Launcher=Launcher.exe", ""),
-     ["{[Files]}: [Files] Launcher is missing" + STOPS + "!strSecond.empty())"]),
-    ("check: DirectX version empty", ini_line("DirectXVer=7.0", "DirectXVer="),
-     ["{DirectXVer=}: [Startup] DirectXVer is empty" + STOPS + "!strSecond.empty())"]),
-    ("check: game mutex missing", ini_line("Product=TarnGameMutex", ""),
-     ["{[Mutex]}: [Mutex] Product is missing" + STOPS + "!strGameMutex.empty())"]),
-    ("check: setup library unnamed", ini_line("SetupDll=VokSetup.dll", ""),
-     ["{[Files]}: [Files] SetupDll is missing" + STOPS + "m_hSetupDll!=0)"]),
-    ("check: DirectX folder key missing", each(ini_line("InstallDX=0", "InstallDX=1"),
-                                               ini_line("DirectXCurrent=DirectX", "")),
-     ["{[Folders]}: [Folders] DirectXCurrent is missing; installing DirectX stops the launcher "
+    # setup.ini: values the launcher cannot start without (its report goes section by section).
+    ("check: values the launcher cannot start without", each(
+        ini_line("Launcher=Launcher.exe", ""), ini_line("DirectXVer=7.0", "DirectXVer="),
+        ini_line("Product=TarnGameMutex", ""), ini_line("SetupDll=VokSetup.dll", ""),
+        ini_line("InstallDX=0", "InstallDX=1"), ini_line("DirectXCurrent=DirectX", "")),
+     ["{DirectXVer=}: [Startup] DirectXVer is empty" + STOPS + "!strSecond.empty())",
+      "{[Files]}: [Files] Launcher is missing" + STOPS + "!strSecond.empty())",
+      "{[Files]}: [Files] SetupDll is missing" + STOPS + "m_hSetupDll!=0)",
+      "{[Mutex]}: [Mutex] Product is missing" + STOPS + "!strGameMutex.empty())",
+      "{[Folders]}: [Folders] DirectXCurrent is missing; installing DirectX stops the launcher "
       "(assertion GetIniString(SCT_FOLDERS,VAL_DIRECTX_CURRENT,strDirectX))"]),
     # setup.ini: values of the wrong form, and what they name.
-    ("check: AppType in the wrong case", ini_line("AppType=Retail", "AppType=demo"),
-     ['{AppType=demo}: [Startup] AppType is "demo", neither "Demo" (case counts) nor "Retail"; '
-      "the launcher treats the product as a full one without a disc check"]),
-    ("check: disks in words", ini_line("Disks=1", "Disks=two"),
-     ['{Disks=two}: [Startup] Disks is "two", not a whole number; the launcher reads 0']),
-    ("check: memory of 123456", ini_line("RAM=64", "RAM=123456"),
-     ["{RAM=123456}: [SysCheck] RAM is 123456, which the launcher takes for a missing value"]),
-    ("check: registry key unnamed", each(*(ini_line(k, "") for k in (
-        "Company=Tarn Games", "Product=Tarn", "Version=1.0"))),
-     ["{[Registry]}: [Registry] Company, Product and Version are all missing; the launcher "
-      "looks for the product's registry values directly under HKEY_LOCAL_MACHINE\\Software"]),
-    ("check: retail disc without label", ini_line("Data=TARN", ""),
-     ["{[Startup]}: [Startup] Data is missing; the disc check of a retail product accepts any "
-      "disc"]),
-    ("check: DirectX folder not on the disc", ini_line("InstallDX=0", "InstallDX=1"),
-     ["{DirectXCurrent=DirectX}: [Folders] DirectXCurrent names DirectX, which is not in the "
-      "product folder; installing DirectX shows text 0xD047 instead"]),
-    ("check: launcher under another name", ini_line("Launcher=Launcher.exe", "Launcher=Launch.exe"),
-     ["{Launcher=Launch.exe}: [Files] Launcher names Launch.exe, which is not in the product "
-      "folder; the disc check and the hand-over to the installed launcher look for that name"]),
-    ("check: installer missing", remove("TarnSetup.exe"),
-     ["{Installer=TarnSetup.exe}: [Files] Installer names TarnSetup.exe, which is not in "
-      "Install; the Install button shows text 0x5007"]),
-    ("check: installer unnamed", ini_line("Installer=TarnSetup.exe", ""),
-     ["{[Files]}: [Files] Installer is missing; the Install button opens the data folder "
-      "instead of running an installer"]),
-    ("check: game unnamed", ini_line("Product=Tarn.exe", ""),
-     ["{[Files]}: [Files] Product is missing; Play opens the game's folder instead of starting "
+    ("check: values of the wrong form", each(
+        ini_line("AppType=Retail", "AppType=demo"), ini_line("Disks=1", "Disks=two"),
+        ini_line("RAM=64", "RAM=123456"), remove("TarnSetup.exe"), ini_line("Product=Tarn.exe", ""),
+        *(ini_line(k, "") for k in ("Company=Tarn Games", "Product=Tarn", "Version=1.0"))),
+     ['{Disks=two}: [Startup] Disks is "two", not a whole number; the launcher reads 0',
+      "{RAM=123456}: [SysCheck] RAM is 123456, which the launcher takes for a missing value",
+      "{[Registry]}: [Registry] Company, Product and Version are all missing; the launcher "
+      "looks for the product's registry values directly under HKEY_LOCAL_MACHINE\\Software",
+      '{AppType=demo}: [Startup] AppType is "demo", neither "Demo" (case counts) nor "Retail"; '
+      "the launcher treats the product as a full one without a disc check",
+      "{Installer=TarnSetup.exe}: [Files] Installer names TarnSetup.exe, which is not in "
+      "Install; the Install button shows text 0x5007",
+      "{[Files]}: [Files] Product is missing; Play opens the game's folder instead of starting "
       "the game"]),
-    ("check: setup library renamed", each(
+    ("check: what the values name", each(
+        ini_line("DirectXVer=7.0", "DirectXVer=7.0\r\nDirectXVersion=7.0"),
+        ini_line("Data=TARN", ""), ini_line("InstallDX=0", "InstallDX=1"),
+        ini_line("Launcher=Launcher.exe", "Launcher=Launch.exe"),
+        ini_line("Installer=TarnSetup.exe", ""),
         lambda data: os.rename(os.path.join(data, "VokSetup.dll"), os.path.join(data, "Setup.dll")),
         ini_line("SetupDll=VokSetup.dll", "SetupDll=Setup.dll")),
-     ["{SetupDll=Setup.dll}: [Files] SetupDll names Setup.dll, but the display check always "
+     ["{DirectXVersion=7.0}: [Startup] DirectXVersion is not a key the launcher reads",
+      "{[Startup]}: [Startup] Data is missing; the disc check of a retail product accepts any "
+      "disc",
+      "{DirectXCurrent=DirectX}: [Folders] DirectXCurrent names DirectX, which is not in the "
+      "product folder; installing DirectX shows text 0xD047 instead",
+      "{Launcher=Launch.exe}: [Files] Launcher names Launch.exe, which is not in the product "
+      "folder; the disc check and the hand-over to the installed launcher look for that name",
+      "{[Files]}: [Files] Installer is missing; the Install button opens the data folder "
+      "instead of running an installer",
+      "{SetupDll=Setup.dll}: [Files] SetupDll names Setup.dll, but the display check always "
       "loads VokSetup.dll, which is not in Install; Play shows text 0x7884 and starts nothing"]),
     # setup.ini: what the system's reader hides.
-    ("check: key repeated", ini_line("Launcher=Launcher.exe", "Launcher=Launcher.exe\r\nLauncher=x"),
-     ["{Launcher=x}: [Files] Launcher appears again (first on line {Launcher=Launcher.exe}); the "
-      "launcher uses the first"]),
-    ("check: key misspelt", ini_line("DirectXVer=7.0", "DirectXVer=7.0\r\nDirectXVersion=7.0"),
-     ["{DirectXVersion=7.0}: [Startup] DirectXVersion is not a key the launcher reads"]),
-    ("check: line without equals sign", ini_line("Data=TARN", "Data TARN"),
-     ['{Data TARN}: "Data TARN" in [Startup] has no "="; the launcher ignores the line',
+    ("check: what the system's reader hides", each(
+        ini_line("Launcher=Launcher.exe", "Launcher=Launcher.exe\r\nLauncher=x"),
+        ini_line("Data=TARN", "Data TARN"), appended("[Files]\r\nCmdLine=/S\r\n")),
+     ["{[Files]#2}: [Files] appears again (first on line {[Files]}); write its keys under the "
+      "first one",
+      '{Data TARN}: "Data TARN" in [Startup] has no "="; the launcher ignores the line',
+      "{Launcher=x}: [Files] Launcher appears again (first on line {Launcher=Launcher.exe}); the "
+      "launcher uses the first",
+      "{CmdLine=/S}: [Files] CmdLine appears again (first on line {CmdLine=}); the launcher uses "
+      "the first",
       "{[Startup]}: [Startup] Data is missing; the disc check of a retail product accepts any "
       "disc"]),
-    ("check: section repeated", appended("[Files]\r\nCmdLine=/S\r\n"),
-     ["{[Files]#2}: [Files] appears again (first on line {[Files]}); write its keys under the "
-      "first one", "{CmdLine=/S}: [Files] CmdLine appears again (first on line {CmdLine=}); the "
-      "launcher uses the first"]),
     ("check: byte-order mark", lambda data: write(os.path.join(data, "setup.ini"), b"\xEF\xBB\xBF" +
                                                   read_file(os.path.join(data, "setup.ini"), "rb")),
      ["Install\\setup.ini:1: starts with a UTF-8 byte-order mark; Windows reads it as part of "
@@ -1922,10 +1917,10 @@ CHECK_ROWS = [
       'VokSetup_GetSetup(g_Env["DataDir"],&m_pVokSetup))', NO_DISPLAY]),
     ("check: product name empty", texts("Text_FF00="),
      [LIB + "text 0xFF00 is empty" + STOPS + "!strSecond.empty())"]),
-    ("check: label empty", texts("Text_1004="),
-     [LIB + "text 0x1004 is empty; the Exit buttons have no label"]),
-    ("check: reference misspelt", texts("Text_5013=No sound for $[ProductNmae]."),
-     [LIB + "text 0x5013 refers to $[ProductNmae], which the launcher does not set; the player "
+    ("check: label empty, reference misspelt",
+     texts("Text_1004=\r\nText_5013=No sound for $[ProductNmae]."),
+     [LIB + "text 0x1004 is empty; the Exit buttons have no label",
+      LIB + "text 0x5013 refers to $[ProductNmae], which the launcher does not set; the player "
       'reads "[Undefined]"']),
     # The skin.
     ("check: background unreadable", truncate("product.bmp", 1000),
@@ -1934,29 +1929,26 @@ CHECK_ROWS = [
       "Install\\product.rgn: has 6 of 78 rectangles reaching outside the 500 x 460 background, "
       "the first 73 (74, 460, 118, 461); it was made for another picture, and the window's "
       "outline does not follow this one"]),
-    ("check: caption emptied", truncate("active.tga", 0),
+    ("check: caption and button pictures", each(
+        truncate("active.tga", 0), replace("inactive.tga", tga(400, 30)),
+        replace("ovrmin.tga", tga(10, 10)), replace("close.tga", tga(25, 1)), remove("selmin.tga"),
+        replace("pressed.tga", tga(270, 41)), replace("focused.tga", b"not a picture")),
      ["Install\\active.tga: is empty; the caption bar shows the background while the window is "
-      "active"]),
-    ("check: caption too narrow", replace("inactive.tga", tga(400, 30)),
-     ["Install\\inactive.tga: is 400 x 30; the caption bar is 500 x 30"]),
-    ("check: title button too small", replace("ovrmin.tga", tga(10, 10)),
-     ["Install\\ovrmin.tga: is 10 x 10, smaller than the 25 x 23 area where the pointer makes "
-      "the button react"]),
-    ("check: title button without key row", replace("close.tga", tga(25, 1)),
-     ["Install\\close.tga: is 25 x 1; the launcher reads the key colour at (0, 1), so the close "
-      "button is invisible while the pointer is elsewhere"]),
-    ("check: title button missing", remove("selmin.tga"),
-     ["Install\\selmin.tga: missing; the minimise button is invisible while it is held down"]),
-    ("check: page faces of two sizes", replace("pressed.tga", tga(270, 41)),
-     ["Install\\pressed.tga: is 270 x 41, but unselect.tga is 270 x 40; the buttons change size "
+      "active",
+      "Install\\inactive.tga: is 400 x 30; the caption bar is 500 x 30",
+      "Install\\close.tga: is 25 x 1; the launcher reads the key colour at (0, 1), so the close "
+      "button is invisible while the pointer is elsewhere",
+      "Install\\ovrmin.tga: is 10 x 10, smaller than the 25 x 23 area where the pointer makes "
+      "the button react",
+      "Install\\selmin.tga: missing; the minimise button is invisible while it is held down",
+      "Install\\focused.tga: cannot be read by the launcher's picture reader" + FORMS +
+      "; page buttons show only their labels while focused",
+      "Install\\pressed.tga: is 270 x 41, but unselect.tga is 270 x 40; the buttons change size "
       "between looks"]),
     ("check: page faces too wide", each(*(replace(face, tga(320, 40)) for face in (
         "unselect.tga", "focused.tga", "pressed.tga"))),
      ["Install\\unselect.tga: is 320 x 40; a page of five buttons reaches (514, 428), past the "
       "500 x 470 background, and is cut off there"]),
-    ("check: page face unreadable", replace("focused.tga", b"not a picture"),
-     ["Install\\focused.tga: cannot be read by the launcher's picture reader" + FORMS +
-      "; page buttons show only their labels while focused"]),
     ("check: background with a palette", replace("product.bmp", bmp8(500, 470)),
      ["Install\\product.bmp: has a palette of colours, which the launcher does not keep" + FORMS +
       "; the picture shows in wrong colours"]),
@@ -1980,23 +1972,20 @@ CHECK_ROWS = [
     ("check: region with an empty rectangle", patched("product.rgn", 40, 8),
      ["Install\\product.rgn: has an empty rectangle 1 (8, 0, 8, 1); Windows may refuse the "
       "region, and then the window is a plain rectangle"]),
-    # The sounds.
-    ("check: sound missing", remove("CLICK.wav"),
-     ["Install\\CLICK.wav: missing; a page button's click plays Windows' default sound instead"]),
-    ("check: sound not a wave", replace("START.wav", b"ID3 and an MP3"),
-     ["Install\\START.wav: is not a RIFF WAVE file; starting the game plays Windows' default "
-      "sound instead"]),
-    ("check: sound compressed", replace("OPEN.wav", pcm(2, 400)),
+    # The sounds, and the programs the buttons start.
+    ("check: sounds and programs", each(
+        remove("CLICK.wav"), replace("START.wav", b"ID3 and an MP3"),
+        replace("OPEN.wav", pcm(2, 400)), replace("HOVER.wav", pcm(1, 0)), remove("Syscheck.exe"),
+        remove("Doc.exe")),
      ["Install\\OPEN.wav: is not PCM (format tag 0x0002); the opening window plays Windows' "
-      "default sound instead"]),
-    ("check: sound of no samples", replace("HOVER.wav", pcm(1, 0)),
-     ['Install\\HOVER.wav: holds no sound (its "data" chunk is empty); a page button taking the '
-      "focus is silent"]),
-    # The programs the buttons start.
-    ("check: system check missing", remove("Syscheck.exe"),
-     ["Install\\Syscheck.exe: missing; the System Check button shows text 0x5007"]),
-    ("check: document opener missing", remove("Doc.exe"),
-     ["Install\\Doc.exe: missing; the Read Me, troubleshooting guide and licence buttons show "
+      "default sound instead",
+      "Install\\CLICK.wav: missing; a page button's click plays Windows' default sound instead",
+      "Install\\START.wav: is not a RIFF WAVE file; starting the game plays Windows' default "
+      "sound instead",
+      'Install\\HOVER.wav: holds no sound (its "data" chunk is empty); a page button taking the '
+      "focus is silent",
+      "Install\\Syscheck.exe: missing; the System Check button shows text 0x5007",
+      "Install\\Doc.exe: missing; the Read Me, troubleshooting guide and licence buttons show "
       "text 0x5007"]),
 ]
 
