@@ -1,6 +1,6 @@
-// The widget tree's routing: hit testing, painting order, focus walks, pointer tracking,
-// capture, notification, the button state machine, dragging, and a click whose command
-// destroys the clicked button.
+// The widget tree's routing: focus walks, capture and a drag's steps, the button state
+// machine, a click whose command destroys the clicked button, the screen reader's parts,
+// the timer's tickers, and a button with a hot area.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -68,7 +68,6 @@ template <class Base> class Probe : public Base
 {
   public:
     const char* name = "?";
-    bool handles = false; // answers notifications
     void Log(const std::string& what) { g_log.push_back(std::string(name) + ":" + what); }
     void OnFocus(bool gained) override
     {
@@ -100,16 +99,11 @@ template <class Base> class Probe : public Base
         Log("move");
         Base::OnMouseMove(f, x, y);
     }
-    void Paint(CltCanvas& c, const CltRect& a) override
-    {
-        Log("paint");
-        Base::Paint(c, a);
-    }
     bool OnNotify(uint32_t id, CltWidget* source) override
     {
         Log("notify" + std::to_string(id));
         (void)source;
-        return handles;
+        return false;
     }
     ~Probe() override { g_log.push_back(std::string(name) + ":gone"); }
 };
@@ -153,48 +147,6 @@ class WidgetTree : public ::testing::Test
     TestRoot root;
 };
 
-TEST_F(WidgetTree, HitTestPrefersEarlierSiblingsAndCountsEdges)
-{
-    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
-    Add<Plain>(a, "a1", CltRect(20, 20, 30, 30), V);
-    Add<Plain>(&root, "b", CltRect(40, 40, 80, 80), V);
-    Add<Plain>(&root, "hidden", CltRect(90, 90, 95, 95), 0); // hit whether visible or not
-    struct
-    {
-        int32_t x, y;
-        const char* hit;
-    } cases[] = {
-        {10, 10, "a"},  {50, 50, "a"},  {45, 45, "a"},      {51, 51, "b"},  {80, 80, "b"},
-        {25, 25, "a1"}, {30, 30, "a1"}, {31, 30, "a"},      {5, 5, "root"}, {500, 400, "root"},
-        {501, 0, ""},   {-1, 0, ""},    {92, 92, "hidden"},
-    };
-    for (const auto& c : cases)
-    {
-        CltWidget* hit = root.HitTestTree(c.x, c.y);
-        std::string name = !hit ? "" : hit == &root ? "root" : static_cast<Plain*>(hit)->name;
-        EXPECT_EQ(name, c.hit) << c.x << "," << c.y;
-    }
-}
-
-TEST_F(WidgetTree, PaintingPutsLaterSiblingsOnTopAndSkipsSubtreesOutsideTheClip)
-{
-    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
-    Add<Plain>(a, "a1", CltRect(20, 20, 30, 30), V);
-    Plain* hidden = Add<Plain>(&root, "hidden", CltRect(40, 40, 80, 80), 0);
-    Add<Plain>(hidden, "h1", CltRect(60, 60, 70, 70), V);
-    Add<Plain>(&root, "far", CltRect(300, 300, 310, 310), V);
-    // The canvas is only passed through to Paint, which these widgets never draw with.
-    char canvas = 0;
-    CltCanvas& c = reinterpret_cast<CltCanvas&>(canvas);
-    Take();
-    root.PaintTree(c, CltRect(0, 0, 100, 100));
-    EXPECT_EQ(Take(), "a:paint a1:paint h1:paint");
-    root.PaintTree(c, CltRect(45, 45, 55, 55)); // misses a1 and h1, touches a and hidden
-    EXPECT_EQ(Take(), "a:paint");
-    root.PaintTree(c, CltRect(600, 600, 700, 700)); // outside the root: nothing at all
-    EXPECT_EQ(Take(), "");
-}
-
 TEST_F(WidgetTree, KeysWalkTheFocusableSiblings)
 {
     Button* b1 = Add<Button>(&root, "b1", CltRect(0, 0, 10, 10), V | F, 101);
@@ -224,54 +176,6 @@ TEST_F(WidgetTree, KeysWalkTheFocusableSiblings)
         EXPECT_EQ(c.from->State(), ButtonNormal);
         EXPECT_EQ(c.to->State(), ButtonHighlighted);
     }
-}
-
-TEST_F(WidgetTree, KeysWithOneOrNoFocusableWidget)
-{
-    Button* only = Add<Button>(&root, "only", CltRect(0, 0, 10, 10), V | F, 101);
-    Add<Button>(&root, "x", CltRect(0, 20, 10, 30), V, 200);
-    for (uintptr_t key : {CltKeyTab, CltKeyReturn, CltKeyDown})
-        Send(CltMsgKeyDown, 0, 0, key);
-    EXPECT_EQ(Take(), ""); // no focus: nothing
-    EXPECT_TRUE(root.notified.empty());
-
-    root.SetFocusWidget(only);
-    Take();
-    Send(CltMsgKeyDown, 0, 0, CltKeyTab);
-    Send(CltMsgKeyDown, 0, 0, CltKeyLeft);
-    EXPECT_EQ(Take(), ""); // the walk comes back to it: no change, no focus calls
-    EXPECT_EQ(root.Focus(), only);
-    Send(CltMsgKeyDown, 0, 0, CltKeyReturn);
-    ASSERT_EQ(root.notified.size(), 1u);
-    EXPECT_EQ(root.notified[0].first, 101u);
-    EXPECT_EQ(root.notified[0].second, only);
-    EXPECT_EQ(only->State(), ButtonHighlighted); // Enter leaves the look as it is
-}
-
-TEST_F(WidgetTree, PointerTrackingAnnouncesEnterAndLeaveOnlyOnChange)
-{
-    Plain* a = Add<Plain>(&root, "a", CltRect(10, 10, 50, 50), V);
-    Add<Plain>(&root, "b", CltRect(60, 10, 100, 50), V);
-    Take();
-    struct
-    {
-        int32_t x, y;
-        const char* log;
-    } steps[] = {
-        {20, 20, "a:enter"},
-        {20, 20, ""},        // same position: nothing
-        {21, 20, "a:enter"}, // same widget without the focus: entered again
-        {70, 20, "a:leave b:enter"},
-        {200, 200, "b:leave"}, // onto the bare root, which has no handler
-        {700, 700, ""},        // outside everything
-        {20, 20, "a:enter"},
-    };
-    for (const auto& s : steps)
-    {
-        Send(CltMsgMouseMove, s.x, s.y);
-        EXPECT_EQ(Take(), s.log) << s.x << "," << s.y;
-    }
-    EXPECT_EQ(root.Hover(), a);
 }
 
 TEST_F(WidgetTree, CaptureRoutesTheMouseAndHidesOtherWidgets)
@@ -372,64 +276,6 @@ TEST_F(WidgetTree, ButtonStateMachine)
         EXPECT_EQ(r.notified.size(), c.clicks) << c.what;
         EXPECT_FALSE(b->IsPressed()) << c.what;
     }
-}
-
-TEST_F(WidgetTree, PressingGivesTheFocusBeforeTheButtonHearsThePress)
-{
-    Button* b = Add<Button>(&root, "b", CltRect(10, 10, 50, 50), V | F, 7);
-    Take();
-    Send(CltMsgLButtonDown, 20, 20); // no move before: the press alone focuses
-    EXPECT_EQ(Take(), "sys-capture-focus b:focus+ b:down");
-    EXPECT_EQ(root.Focus(), b);
-    EXPECT_EQ(b->State(), ButtonPressed);
-}
-
-TEST_F(WidgetTree, FocusSoundsPlayOnGainAndLossAndNeverForAnEmptyPath)
-{
-    Button* b1 = Add<Button>(&root, "b1", CltRect(0, 0, 10, 10), V | F, 1);
-    Button* b2 = Add<Button>(&root, "b2", CltRect(20, 0, 30, 10), V | F, 2);
-    b1->SetSound("C:\\d\\HOVER");
-    root.SetFocusWidget(b1);
-    root.SetFocusWidget(b2); // b2 has no sound
-    root.SetFocusWidget(b2); // the focused widget hears loss and gain again
-    EXPECT_EQ(Take(), "b1:focus+ sound:C:\\d\\HOVER b1:focus- sound:C:\\d\\HOVER b2:focus+ "
-                      "b2:focus- b2:focus+");
-}
-
-TEST_F(WidgetTree, NotificationsClimbAndTakeTheIdOfTheFirstWidgetThatHasOne)
-{
-    Plain* panel = Add<Plain>(&root, "panel", CltRect(0, 0, 100, 100), V, 0xE002);
-    Plain* group = Add<Plain>(panel, "group", CltRect(0, 0, 50, 50), V, 0);
-    Plain* leaf = Add<Plain>(group, "leaf", CltRect(0, 0, 10, 10), V, 0);
-    Take();
-    leaf->Notify(0, nullptr);
-    EXPECT_EQ(Take(), "leaf:notify0 group:notify0 panel:notify57346");
-    ASSERT_EQ(root.notified.size(), 1u);
-    EXPECT_EQ(root.notified[0].first, 0xE002u);
-    EXPECT_EQ(root.notified[0].second, leaf); // the first widget asked is the source
-
-    group->handles = true;
-    leaf->Notify(5, nullptr);
-    EXPECT_EQ(Take(), "leaf:notify5 group:notify5"); // stops at the first that handles it
-    EXPECT_EQ(root.notified.size(), 1u);
-}
-
-TEST_F(WidgetTree, DestroyedWidgetsLeaveNoFocusHoverOrCapture)
-{
-    Plain* panel = Add<Plain>(&root, "panel", CltRect(0, 0, 100, 100), V);
-    Button* b = Add<Button>(panel, "b", CltRect(10, 10, 50, 50), V | F, 7);
-    Send(CltMsgLButtonDown, 20, 20);
-    ASSERT_EQ(root.Focus(), b);
-    ASSERT_EQ(root.GetCapture(), b);
-    root.RemoveChild(panel);
-    EXPECT_EQ(root.Focus(), nullptr);
-    EXPECT_EQ(root.FocusId(), 0u);
-    EXPECT_EQ(root.Hover(), nullptr);
-    EXPECT_FALSE(root.HasCapture());
-    Take();
-    Send(CltMsgMouseMove, 25, 25);
-    Send(CltMsgLButtonUp, 25, 25);
-    EXPECT_EQ(Take(), "sys-release");
 }
 
 // The dangerous case: the command of a click removes the clicked button and its siblings
