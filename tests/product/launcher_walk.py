@@ -1203,16 +1203,15 @@ def environment_dump(entries):
 
 
 def start_ini(values):
-    """A setup.ini of the launcher tests' own, the given keys changed (None removes one)."""
-    ini = {("Registry", "Company"): "Launcher Tests", ("Registry", "Product"): "row",
-           ("Registry", "Version"): "1.0", ("Startup", "InstallDX"): "1",
-           ("Startup", "AppType"): "Retail", ("Startup", "DirectXVer"): "7.0",
-           ("Startup", "Disks"): "1", ("Startup", "Data"): "TARN",
-           ("Files", "Launcher"): "Launcher.exe", ("Files", "SetupDll"): "VokSetup.dll",
-           ("Files", "Product"): "Tarn.exe", ("Files", "Installer"): "TarnSetup.exe",
-           ("Folders", "Product"): "Game", ("Folders", "DirectXCurrent"): "DirectX",
-           ("Url", "DirectX"): "https://directx.example", ("Mutex", "Launcher"): "LauncherMutex-row",
-           ("Mutex", "Product"): "GameMutex-row"}
+    """The tests' setup.ini (tests/support/setup.ini, tagged "row"), the given keys changed
+    (None removes one)."""
+    ini, section = {}, None
+    for line in read_file(os.path.join(HERE, "..", "support", "setup.ini")).splitlines():
+        if line.startswith("["):
+            section = line[1:-1]
+        elif "=" in line and not line.startswith(";"):
+            key, value = line.split("=", 1)
+            ini[(section, key)] = value.replace("@TAG@", "row")
     ini.update(values)
     text = ""
     for section in dict.fromkeys(s for s, _ in ini):

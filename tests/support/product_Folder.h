@@ -80,29 +80,25 @@ inline void DeleteRegTree(const std::string& key)
     RegDeleteTreeA(HKEY_LOCAL_MACHINE, key.c_str());
 }
 
-// setup.ini of the demo product's keys; 'tag' makes the registry key and the mutexes unique.
+// The tests' setup.ini (tests/support/setup.ini, CLT_TEST_SETUP_INI) with its tag;
+// 'tag' makes the registry key and the mutexes unique.
 class Ini
 {
   public:
     explicit Ini(const std::string& tag)
-        : m_entries{{"Registry", "Company", "Launcher Tests"},
-                    {"Registry", "Product", tag},
-                    {"Registry", "Version", "1.0"},
-                    {"Startup", "InstallDX", "1"},
-                    {"Startup", "AppType", "Retail"},
-                    {"Startup", "DirectXVer", "7.0"},
-                    {"Startup", "Disks", "1"},
-                    {"Startup", "Data", "TARN"},
-                    {"Files", "Launcher", "Launcher.exe"},
-                    {"Files", "SetupDll", "VokSetup.dll"},
-                    {"Files", "Product", "Tarn.exe"},
-                    {"Files", "Installer", "TarnSetup.exe"},
-                    {"Folders", "Product", "Game"},
-                    {"Folders", "DirectXCurrent", "DirectX"},
-                    {"Url", "DirectX", "https://directx.example"},
-                    {"Mutex", "Launcher", "LauncherMutex-" + tag},
-                    {"Mutex", "Product", "GameMutex-" + tag}}
     {
+        std::ifstream in(CLT_TEST_SETUP_INI);
+        std::string section;
+        for (std::string line; std::getline(in, line);)
+            if (line.rfind("[", 0) == 0)
+                section = line.substr(1, line.find(']') - 1);
+            else if (size_t eq = line.find('='); eq != std::string::npos && line[0] != ';')
+            {
+                std::string value = line.substr(eq + 1);
+                if (size_t at = value.find("@TAG@"); at != std::string::npos)
+                    value.replace(at, 5, tag);
+                m_entries.push_back({section, line.substr(0, eq), value});
+            }
     }
     // Sets a key, or removes it when the value is null.
     Ini& Set(const std::string& section, const std::string& key, const char* value)
