@@ -295,10 +295,14 @@ UINT StyleOf(const MessageBoxRecord& box)
 HWND FindFrameworkWindow(const char* text)
 {
     if (strncmp(text, "class=", 6) == 0) return FindWindowA(text + 6, nullptr);
+    // GetWindowTextA reads another process's window text without asking its thread, which
+    // may be waiting for a program it started.
     return FindTopLevelWindow(
         [text](HWND window)
         {
-            return ClassOf(window).rfind("CltWin:", 0) == 0 && WindowText(window) == text;
+            char caption[256] = {};
+            GetWindowTextA(window, caption, sizeof caption);
+            return ClassOf(window).rfind("CltWin:", 0) == 0 && strcmp(caption, text) == 0;
         });
 }
 
