@@ -1,5 +1,5 @@
-// The skin builder: the banded region of a mask, the checks of a publisher's art with their
-// messages, and a round trip of the written files through the launcher's own readers.
+// The skin builder: the checks of a publisher's art with their messages, and a round trip
+// of the written files (the banded region among them) through the launcher's own readers.
 #include "FrameWork/_cult/Source/clt_ImageFile.h"
 
 #include "skin_Builder.h"
@@ -17,14 +17,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-std::vector<SkinRect> RegionOf(const std::vector<std::string>& rows)
-{
-    int32_t w = rows.empty() ? 0 : int32_t(rows[0].size());
-    return BuildRegionRects(w, int32_t(rows.size()),
-                            [&](int32_t x, int32_t y)
-                            { return rows[size_t(y)][size_t(x)] == '#'; });
-}
-
 uint32_t Word(const std::vector<uint8_t>& b, size_t at)
 {
     return uint32_t(b[at]) | uint32_t(b[at + 1]) << 8 | uint32_t(b[at + 2]) << 16 |
@@ -91,35 +83,6 @@ struct Folders
     }
 };
 } // namespace
-
-TEST(SkinRegion, RowsOfRunsBecomeBandsOfRectangles)
-{
-    struct Case
-    {
-        const char* name;
-        std::vector<std::string> rows;
-        std::vector<SkinRect> expected;
-    };
-    const Case cases[] = {
-        {"nothing opaque", {"...", "..."}, {}},
-        {"one rectangle", {"###", "###"}, {{0, 0, 3, 2}}},
-        {"equal rows merge, a different row starts a band",
-         {".##.", ".##.", "####"},
-         {{1, 0, 3, 2}, {0, 2, 4, 3}}},
-        {"two spans in a band", {"#.#", "#.#"}, {{0, 0, 1, 2}, {2, 0, 3, 2}}},
-        {"equal spans that do not touch stay apart",
-         {"##", "..", "##"},
-         {{0, 0, 2, 1}, {0, 2, 2, 3}}},
-        {"the same count but other spans",
-         {"#.#.", "#..#"},
-         {{0, 0, 1, 1}, {2, 0, 3, 1}, {0, 1, 1, 2}, {3, 1, 4, 2}}},
-        {"a notch",
-         {"####", "#..#", "####"},
-         {{0, 0, 4, 1}, {0, 1, 1, 2}, {3, 1, 4, 2}, {0, 2, 4, 3}}},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(RegionOf(c.rows), c.expected) << c.name;
-}
 
 TEST(SkinBuilder, TheLaunchersReadersGiveBackTheArt)
 {

@@ -39,14 +39,6 @@ TEST(CltCommandLine, StoresSwitchesAndStopsWhereTheSyntaxEnds)
     }
 }
 
-TEST(CltCommandLine, ValuesAreStoredWithoutQuotesUnderUpperCaseNames)
-{
-    TestScope scope;
-    clt_ParseCommandLine("-anchor=\"My Data\" -Debug=C:\\Dev");
-    EXPECT_STREQ((*scope.env)["ANCHOR"].c_str(), "My Data");
-    EXPECT_STREQ((*scope.env)["debug"].c_str(), "C:\\Dev");
-}
-
 TEST(CltCommandLine, LongNamesAndValuesAreCutAt1023)
 {
     TestScope scope;

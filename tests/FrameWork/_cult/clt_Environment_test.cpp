@@ -1,4 +1,4 @@
-// CltEnvironment: names, tracing of writes, undefined names, Expand and Dump.
+// CltEnvironment: names, tracing of writes, Expand and Dump.
 #include "test_Support.h"
 
 #include <gtest/gtest.h>
@@ -20,19 +20,6 @@ TEST(CltEnvironment, NamesIgnoreCaseAndEveryWriteIsTracedAsPassed)
     EXPECT_EQ(scope.sink->texts,
               (std::vector<std::string>{"datadir is [D:\\Install]\n", "LauncherDir is [D:\\]\n",
                                         "Empty is empty.\n", "DataDir is [E:\\Data]\n"}));
-}
-
-TEST(CltEnvironment, MissingNamesReadTheUndefinedText)
-{
-    TestScope scope;
-    CltEnvironment& env = *scope.env;
-    EXPECT_STREQ(env["Nothing"].c_str(), "[Undefined]");
-    EXPECT_STREQ(env[""].c_str(), "[Undefined]");
-    env.Set("", "lost", false);
-    EXPECT_STREQ(env[""].c_str(), "[Undefined]");
-    env.Set("__undefined", "?", false);
-    EXPECT_STREQ(env["Nothing"].c_str(), "?");
-    EXPECT_EQ(env.Has("__UNDEFINED", 1), 1);
 }
 
 TEST(CltEnvironment, ExpandReplacesReferences)

@@ -1,5 +1,5 @@
-// Pixel formats, pixel coding, image creation, addressing by origin, conversion, and
-// scaling for high-DPI screens.
+// Pixel formats and pixel coding, conversion, and scaling for high-DPI screens. (Creating
+// and addressing images is every reader's and blit's, tested there.)
 #include "FrameWork/_cult/Source/clt_Image.h"
 #include "FrameWork/_cult/Source/clt_Scale.h"
 
@@ -7,14 +7,6 @@
 
 #include <cstring>
 #include <vector>
-
-namespace
-{
-std::vector<int32_t> Corners(const CltRect& r)
-{
-    return {r.left, r.top, r.right, r.bottom};
-}
-} // namespace
 
 TEST(CltPixelFormat, DecodesAndEncodesThroughTheChannelRecords)
 {
@@ -51,84 +43,6 @@ TEST(CltPixelFormat, DecodesAndEncodesThroughTheChannelRecords)
     EXPECT_EQ(d.r, 0xF8);
     EXPECT_EQ(d.g, 0x80);
     EXPECT_EQ(d.b, 0x08);
-}
-
-TEST(CltImage, CreateSizesAndRefusals)
-{
-    struct Case
-    {
-        const CltPixelFormat* format;
-        int32_t width, height;
-        bool made;
-        int32_t pitch;
-        uint32_t size;
-    } cases[] = {
-        {&g_pfRgb24, 5, 2, true, 16, 32},
-        {&g_pfRgb24, 3, 2, true, 10, 20},
-        {&g_pfGrey8, 7, 3, true, 8, 24},
-        {&g_pfArgb32, 1, 1, true, 4, 4},
-        {&g_pfArgb32, 0, 9, true, 0, 0},
-        {&g_pfArgb32, -1, 1, false, 0, 0},
-        // 4 * 0x8000 * 0x4000 bytes overflow a signed 32-bit size.
-        {&g_pfArgb32, 0x8000, 0x4000, false, 0, 0},
-    };
-    CltPixelFormat none = {};
-    CltImage image;
-    EXPECT_FALSE(image.Create(none, 4, 4, OriginTopLeft));
-    for (const Case& c : cases)
-    {
-        ASSERT_TRUE(image.Create(g_pfArgb32, 2, 2, OriginTopLeft)); // replaced by the next
-        EXPECT_EQ(image.Create(*c.format, c.width, c.height, OriginBottomLeft), c.made) << c.width;
-        EXPECT_EQ(image.m_nPitch * (c.made ? 1 : 0), c.pitch);
-        EXPECT_EQ(image.m_nSize, c.size);
-        if (!c.made)
-        {
-            EXPECT_EQ(image.m_pData, nullptr);
-        }
-        if (c.made && c.size)
-        {
-            EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);
-            EXPECT_EQ(image.m_Format.id, c.format->id);
-            for (uint32_t i = 0; i < c.size; ++i)
-                ASSERT_EQ(image.m_pData[i], 0) << i;
-        }
-    }
-    EXPECT_EQ(Corners(image.GetFrameRect(3, 7)), (std::vector<int32_t>{0, 0, 0, 0}));
-    ASSERT_TRUE(image.Create(g_pfGrey8, 6, 4, OriginTopLeft));
-    EXPECT_EQ(Corners(image.GetFrameRect(3, 7)), (std::vector<int32_t>{0, 0, 6, 4}));
-    CltImage* fresh = image.New();
-    EXPECT_EQ(fresh->m_pData, nullptr);
-    delete fresh;
-}
-
-TEST(CltImage, AddressesPixelsByOrigin)
-{
-    // 4 x 3 pixels of 4 bytes: pitch 16.
-    struct Case
-    {
-        int32_t origin;
-        intptr_t at00, at31, at02; // offsets of (0,0), (3,1), (0,2)
-        int32_t xStep, yStep;
-    } cases[] = {
-        {OriginTopLeft, 0, 16 + 12, 32, 4, 16},
-        {OriginTopRight, 12, 16, 32 + 12, -4, 16},
-        {OriginBottomLeft, 32, 16 + 12, 0, 4, -16},
-        {OriginBottomRight, 32 + 12, 16, 12, -4, -16},
-    };
-    CltImage image;
-    for (const Case& c : cases)
-    {
-        ASSERT_TRUE(image.Create(g_pfArgb32, 4, 3, c.origin));
-        EXPECT_EQ(image.FirstPixel() - image.m_pData, c.at00) << c.origin;
-        EXPECT_EQ(image.PixelAddress(3, 1) - image.m_pData, c.at31) << c.origin;
-        EXPECT_EQ(image.PixelAddress(0, 2) - image.m_pData, c.at02) << c.origin;
-        EXPECT_EQ(image.XStep(), c.xStep);
-        EXPECT_EQ(image.YStep(), c.yStep);
-    }
-    ASSERT_TRUE(image.Create(g_pfArgb32, 4, 3, 7));
-    EXPECT_EQ(image.PixelAddress(0, 0), nullptr);
-    EXPECT_EQ(image.XStep(), 0);
-    EXPECT_EQ(image.YStep(), 0);
 }
 
 TEST(CltImage, ConvertToKeepsRowsAndFollowsTheChannelRules)

@@ -5,20 +5,6 @@
 
 #include <string>
 
-TEST(CltString, EmptyStringsHoldNoBlockAndCompareUnequal)
-{
-    CltString a, b(""), c("x");
-    c = "";
-    for (const CltString* s : {&a, &b, &c})
-    {
-        EXPECT_EQ(s->Header(), nullptr);
-        EXPECT_STREQ(s->c_str(), "");
-        EXPECT_TRUE(s->empty());
-    }
-    EXPECT_FALSE(a == b);
-    EXPECT_FALSE(a == a);
-}
-
 TEST(CltString, CopiesShareUntilOneIsChanged)
 {
     CltString first("launcher");

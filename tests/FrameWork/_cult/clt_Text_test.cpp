@@ -77,16 +77,6 @@ TEST(CltFormat, MatchesTheSystemFormatter)
                   reinterpret_cast<void*>(0x12AB));
 }
 
-TEST(CltFormat, OutputStopsAt1023Characters)
-{
-    std::string big(2000, 'a');
-    EXPECT_FORMAT(std::string(1023, 'a'), "%s", big.c_str());
-    EXPECT_FORMAT(std::string(1000, 'b') + std::string(23, 'c'), "%s%s",
-                  std::string(1000, 'b').c_str(), std::string(100, 'c').c_str());
-    std::string literal(1500, 'L');
-    EXPECT_FORMAT(std::string(1023, 'L'), literal.c_str());
-}
-
 TEST(CltUpperCase, Windows1252Letters)
 {
     struct Case

@@ -1,4 +1,4 @@
-// JoinPath, folder normalisation and keyword values.
+// JoinPath and keyword values.
 #include "FrameWork/_cult/Source/clt_Keyword.h"
 #include "FrameWork/_lfx/Source/lfx_Path.h"
 
@@ -28,17 +28,6 @@ TEST(LfxPath, JoinPathPutsExactlyOneBackslashAtTheSeam)
     // The registry folder with Company missing: Software\B\1.0.
     EXPECT_STREQ(JoinPath(JoinPath(JoinPath("Software", ""), "B"), "1.0").c_str(),
                  "Software\\B\\1.0");
-}
-
-TEST(LfxPath, NormaliseFolder)
-{
-    struct Case
-    {
-        const char *in, *out;
-    } cases[] = {{"E:\\", "E:\\"},           {"E:", "E:\\"}, {"D:\\Setup\\", "D:\\Setup"},
-                 {"D:\\Setup", "D:\\Setup"}, {"\\", ""},     {"", ""}};
-    for (const Case& c : cases)
-        EXPECT_STREQ(NormaliseFolder(c.in).c_str(), c.out) << c.in;
 }
 
 TEST(CltKeyword, ValueBetweenColonAndClosingDollar)
