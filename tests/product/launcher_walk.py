@@ -1350,11 +1350,12 @@ def start_row(name, s, args, want):
         holders.append((holder, start_wine(holder, what)))
         wait_for(lambda: os.path.exists(holder + ".ready"), "the holder")
     viewer = None
-    if "viewer" in want:  # TraceWin, both of its windows open
-        records = os.path.join(folder, "tracewin.txt")
+    if "viewer" in want:  # TraceWin with both of its windows open, or the older one alone
+        records, which = os.path.join(folder, "tracewin.txt"), s.get("viewer", "both")
         viewer = start_wine(os.path.join(BIN, "TraceWin.exe"), "/out:" + wine_path(records),
-                            "/class:both")
-        for title in ("TraceWin - TraceWin TRACE Window", "TraceWin - MfxTraceWindow"):
+                            "/class:" + which)
+        for title in ["TraceWin - TraceWin TRACE Window"] * (which == "both") + [
+                "TraceWin - MfxTraceWindow"]:
             wait_for(lambda: x_position(title), title)
     try:
         if s.get("planted"):  # the decoys work: a program beside them that asks gets them
@@ -1415,8 +1416,9 @@ def start_row(name, s, args, want):
     if "viewer" in want:
         received = [line.split("\t") for line in read_file(records).splitlines()]
         texts = [unescape(t) for _, _, _, t in received]
+        tag = "twin" if s.get("viewer", "both") == "both" else "mfx"
         expect([(tag, data, int(size)) for tag, data, size, _ in received],
-               [("twin", "6E697774", len(t)) for t in texts], "the records")
+               [(tag, "6E697774", len(t)) for t in texts], "the records")
         expect(texts, want["viewer"], "the texts TraceWin received")
 
 
@@ -1482,9 +1484,12 @@ START_ROWS = [
         "trace": CONFIG_TRACE,  # a prefix and its message reach the debugger as two texts
         "texts": [(4, ["CltApp: ", "Running application...\n"]),
                   (-2, ["CltApp: ", "Destruction\n"])]}),
-    # TraceWin hears only what is traced before the debugger's sink is in place.
+    # TraceWin hears only what is traced before the debugger's sink is in place: in its own
+    # window when it is open, else in the older viewer's.
     ("start: TraceWin", {}, "-DISABLEMUTEX", {
         "viewer": REGISTRATIONS, "texts": [(0, ["WinMain: Initializing CltWinApp\n"])]}),
+    ("start: the older trace viewer", {"viewer": "mfx"}, "-DISABLEMUTEX", {
+        "viewer": REGISTRATIONS}),
     # While the first page is being put in place (its trace text holds the launcher still),
     # the window already has its region (complex) but is not shown yet: it appears complete.
     ("start: the first frame", {"skin": ["product.bmp", "product.rgn"],
