@@ -858,8 +858,6 @@ ROWS = [
     ("first page: installed", {"installed": True}, {}, [
         ("shown", "LAUNCH"), ("looks", focus(5, 0)), ("save", "launcher_launch"),
         ("key", "Escape"), ("closed", "LAUNCH"), ("ends",)]),
-    ("first page: installed demo", {"installed": True, "ini": DEMO_INI}, {}, [
-        ("shown", "LAUNCH"), ("looks", focus(4, 0)), ("key", "Escape"), ("ends",)]),
     ("uninstall requested: no page, Alt+F4", {"installed": True}, {"args": ["-UNINSTALL"]}, [
         ("trace", "LfxMain: m_dwState is [3]"), ("bare",), ("key", "alt+F4"), ("ends",),
         ("no page",)]),
