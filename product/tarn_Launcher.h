@@ -75,6 +75,7 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     void ApplyRegion();
     void ShowFirstPage();
     void MessageLoop();
+    bool PrepareNextLabel();
     void CleanUp();
 
     CltWindowRoot* m_pRoot = nullptr;
@@ -93,6 +94,10 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     HDRAWDIB m_hDrawDib = nullptr;
     int32_t m_nDpi = 96;      // the window's: skin, fonts and layout are scaled by m_nDpi / 96
     LfxPageSurface m_Surface; // the page buttons' surface and the focus memory
+    // The next page label the message loop draws while no message waits: the page's place
+    // in the active pages' list (-1: none left) and its entry.
+    int32_t m_nLabelPage = -2;
+    uint32_t m_nLabelEntry = 0;
 };
 
 extern CTarnLauncher g_TarnLauncher;

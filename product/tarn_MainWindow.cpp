@@ -130,14 +130,34 @@ void CTarnLauncher::ShowFirstPage()
     SetCursor(m_hArrow);
 }
 
+// Whenever no message waits, the loop draws one label of the pages not yet shown, until all
+// are drawn: a page change later finds its labels drawn (a label takes about a millisecond,
+// so input waits no longer than that).
 void CTarnLauncher::MessageLoop()
 {
     MSG msg;
-    while (GetMessageA(&msg, nullptr, 0, 0) > 0)
+    for (;;)
     {
+        if (!PeekMessageA(&msg, nullptr, 0, 0, PM_NOREMOVE) && PrepareNextLabel()) continue;
+        if (GetMessageA(&msg, nullptr, 0, 0) <= 0) return;
         TranslateMessage(&msg);
         DispatchMessageA(&msg);
     }
+}
+
+// Draws the next label of the active pages; false when none is left.
+bool CTarnLauncher::PrepareNextLabel()
+{
+    LfxPageList* pages = m_pMain ? m_pMain->m_lstPages : nullptr;
+    if (m_nLabelPage == -2) m_nLabelPage = pages ? pages->Head() : -1;
+    while (m_nLabelPage != -1)
+    {
+        auto* page = dynamic_cast<LfxButtonPage*>(pages->Element(m_nLabelPage));
+        if (page && page->PrepareLabel(m_nLabelEntry++)) return true;
+        m_nLabelPage = pages->Next(m_nLabelPage);
+        m_nLabelEntry = 0;
+    }
+    return false;
 }
 
 void CTarnLauncher::CleanUp()

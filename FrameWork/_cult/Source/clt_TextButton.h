@@ -1,7 +1,8 @@
 // CltTextButton: a page button: one of three state images (not owned) with the label laid
 // over it in the state's colour. The label is drawn once, at double size in white on
-// black, and halved into an anti-aliased grey mask; a state change only recolours it.
-// (Windows only.)
+// black, and halved into an anti-aliased grey mask; a state change only recolours it. The
+// masks drawn are kept (by font, text, image size and DPI), so a label is drawn once per
+// run, when its page is first shown or earlier with PrepareLabel. (Windows only.)
 #pragma once
 
 #include <windows.h>
@@ -24,6 +25,9 @@ class CltTextButton : public CltButton
     void SetContent(HFONT font, const char* text, const CltImage* normal, const CltImage* pressed,
                     const CltImage* highlighted);
     void Paint(CltCanvas& canvas, const CltRect& area) override;
+    // Draws the label that SetContent would draw for this font, text and image at this
+    // DPI, ahead of the button, and keeps it.
+    static void PrepareLabel(HFONT font, const char* text, const CltImage* normal, int32_t dpi);
 
     const CltImage& TextMask() const { return m_TextMask; }
 

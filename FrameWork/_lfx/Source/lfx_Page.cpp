@@ -66,6 +66,20 @@ int LfxButtonPage::Show()
     return 1;
 }
 
+bool LfxButtonPage::PrepareLabel(uint32_t i)
+{
+    const uint32_t* list = GetButtonList();
+    LfxPageSurface* surface = Surface();
+    if (!list || !surface || !surface->root || i >= kMaxEntries) return false;
+    for (uint32_t k = 0; k <= i; ++k)
+        if (list[k] == 0) return false;
+    if (!IsRemoved(i + 1) && m_pMain)
+        CltTextButton::PrepareLabel(surface->buttonFont,
+                                    m_pMain->GetSetupString(uint16_t(list[i])).c_str(),
+                                    surface->normal, surface->root->Dpi());
+    return true;
+}
+
 // The remembered entry when going back (the first entry when it is out of range), else
 // the first entry. An entry without a button hands the focus to the next button after
 // it, or failing that to the first button of the page.

@@ -68,6 +68,10 @@ class LfxButtonPage : public LfxPage
     virtual void OnCommand(uint32_t command) = 0;
     virtual void RemoveButton(uint32_t command);
 
+    // Draws the label of entry i (from 0) that Show will want, ahead of it; false past the
+    // list's last entry.
+    bool PrepareLabel(uint32_t i);
+
     // Escape runs the last command of the list; a button's WM_COMMAND runs its own.
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
