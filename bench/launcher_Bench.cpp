@@ -6,7 +6,8 @@
 //     the screen, against bare_Window's click, which repaints its window with one BitBlt;
 //   where the time goes: the parts of the launcher's work that a bare program does not
 //     have (at its start: setup library, skin files, region, fonts, the opening sound; at a
-//     page change: the click sound, the new page's labels), each timed in a fresh process.
+//     page change: the click sound; and the new page's labels, which the launcher draws
+//     while it waits for input before the page change), each timed in a fresh process.
 // A figure is the median over the repetitions with the lowest and highest value. The two
 // programs run one after the other, in alternating order, and a ratio is taken within each
 // repetition, so that a slow moment of the machine touches both sides of one ratio.
@@ -277,8 +278,13 @@ double TimedClick(ScreenArea& area, int x, int y, std::vector<uint32_t>& picture
 
 // ---- the parts of the start, one per fresh process -------------------------------------
 
-const char* const kParts[] = {"setup library", "skin files",           "region",         "fonts",
-                              "opening sound", "a page's click sound", "a page's labels"};
+const char* const kParts[] = {"setup library",
+                              "skin files",
+                              "region",
+                              "fonts",
+                              "opening sound",
+                              "a page's click sound",
+                              "a page's labels (drawn ahead)"};
 
 void TimeSetupLibrary(const std::string& data)
 {
