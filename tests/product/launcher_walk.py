@@ -427,11 +427,13 @@ class Launcher:
         if os.path.exists(self.trace_file):
             os.remove(self.trace_file)
         self.capture = os.path.join(home, "capture.raw") if home else None
-        self.process = subprocess.Popen(
-            ["wine", os.path.join(BIN, "TraceRun.exe"), "/out:" + wine_path(self.trace_file),
-             product.wine_folder.rstrip("\\") + "\\Launcher.exe", *args],
-            env=dict(ENV, HOME=home) if home else ENV, stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # What TraceRun and Wine say goes beside the trace, for a launcher that does not start.
+        with open(self.trace_file + ".err", "w") as err:
+            self.process = subprocess.Popen(
+                ["wine", os.path.join(BIN, "TraceRun.exe"), "/out:" + wine_path(self.trace_file),
+                 product.wine_folder.rstrip("\\") + "\\Launcher.exe", *args],
+                env=dict(ENV, HOME=home) if home else ENV, stdin=subprocess.DEVNULL,
+                stdout=err, stderr=subprocess.STDOUT)
         self.seen = 0
         self.last_click = None
         self.on_screen = False
@@ -449,7 +451,8 @@ class Launcher:
                     self.skipped, self.seen = lines[self.seen:i], i + 1
                     return True
             if self.process.poll() is not None:
-                raise Failure(f"the launcher ended before {line!r}; last lines: {lines[-5:]}")
+                raise Failure(f"the launcher ended before {line!r}; last lines: {lines[-5:]}; "
+                              f"TraceRun said {read_file(self.trace_file + '.err')[-400:]!r}")
             return False
         try:
             wait_for(found, repr(line))
