@@ -57,48 +57,68 @@ struct RleDecoder
     uint32_t bpp;
     uint64_t left; // pixels still to come
     uint32_t x = 0;
-    int32_t row = 0;
-    uint8_t* out = image.m_pData;
+    uint8_t* out = image.m_pData; // the stored row being written
 
     // Decodes the whole packets of [in, end); returns where the first packet that the bytes
     // do not hold whole begins (or end), or null when a packet reaches past the last pixel.
     const uint8_t* Decode(const uint8_t* in, const uint8_t* end)
     {
+        return bpp == 4 ? Decode<4>(in, end) : Decode<3>(in, end);
+    }
+
+    template <uint32_t Bpp> const uint8_t* Decode(const uint8_t* in, const uint8_t* end)
+    {
+        // The place is held in locals while pixels are written: written through a byte
+        // pointer, they could otherwise be taken for it and it would be read anew each time.
         const uint32_t width = uint32_t(image.m_nWidth);
-        while (left > 0 && in < end)
+        const intptr_t pitch = image.m_nPitch;
+        uint64_t pixelsLeft = left;
+        uint32_t column = x;
+        uint8_t* rowOut = out;
+        while (pixelsLeft > 0 && in < end)
         {
+            // Raw packets of one pixel (where colours change at every pixel) follow each
+            // other in long stretches: each is one fixed-size copy.
+            for (; size_t(end - in) >= 1 + Bpp && *in == 0 && pixelsLeft > 0; in += 1 + Bpp)
+            {
+                memcpy(rowOut + size_t(column) * Bpp, in + 1, Bpp);
+                --pixelsLeft;
+                if (++column == width) column = 0, rowOut += pitch;
+            }
+            if (pixelsLeft == 0 || in >= end) break;
             uint32_t count = (*in & 0x7Fu) + 1;
             bool run = *in & 0x80;
-            size_t bytes = 1 + size_t(run ? 1 : count) * bpp;
+            size_t bytes = 1 + size_t(run ? 1 : count) * Bpp;
             if (size_t(end - in) < bytes) break; // the next chunk completes it
-            if (count > left) return nullptr;
-            left -= count;
+            if (count > pixelsLeft) return nullptr;
+            pixelsLeft -= count;
             const uint8_t* pixels = in + 1;
             in += bytes;
             while (count > 0)
             {
-                uint32_t span = count < width - x ? count : width - x;
-                uint8_t* to = out + size_t(x) * bpp;
+                uint32_t span = count < width - column ? count : width - column;
+                uint8_t* to = rowOut + size_t(column) * Bpp;
                 if (run)
-                    Fill(to, pixels, span, bpp);
+                    Fill(to, pixels, span, Bpp);
                 else
                 {
                     // A lone pixel (the usual raw packet where colours change) is one
                     // fixed-size copy, not a call.
-                    if (span == 1 && bpp == 4)
-                        memcpy(to, pixels, 4);
+                    if (span == 1)
+                        memcpy(to, pixels, Bpp);
                     else
-                        memcpy(to, pixels, size_t(span) * bpp);
-                    pixels += size_t(span) * bpp;
+                        memcpy(to, pixels, size_t(span) * Bpp);
+                    pixels += size_t(span) * Bpp;
                 }
                 count -= span;
-                if ((x += span) == width)
+                if ((column += span) == width)
                 {
-                    x = 0;
-                    out = image.m_pData + intptr_t(++row) * image.m_nPitch;
+                    column = 0;
+                    rowOut += pitch;
                 }
             }
         }
+        left = pixelsLeft, x = column, out = rowOut;
         return in;
     }
 };
