@@ -358,24 +358,8 @@ class Product:
         self.set_state(installed)
 
     def write_ini(self, values):
-        """Sets the given keys of setup.ini (None removes a key)."""
         path = os.path.join(self.data, "setup.ini")
-        values, lines, section = dict(values), [], None
-        for line in read_file(path).splitlines():
-            s = line.strip()
-            if s.startswith("["):
-                section = s[1:-1]
-            elif "=" in s and not s.startswith(";") and (section, s.split("=")[0]) in values:
-                value = values.pop((section, s.split("=")[0]))
-                if value is None:
-                    continue
-                line = s.split("=")[0] + "=" + value
-            lines.append(line)
-        for (section, key), value in values.items():  # keys the file did not have
-            if value is not None:
-                lines += [f"[{section}]", f"{key}={value}"]
-        with open(path, "w", encoding="latin-1", newline="\r\n") as f:
-            f.write("\n".join(lines) + "\n")
+        write(path, edit_ini(read_file(path), values).encode("latin-1"))
 
     def set_state(self, installed):
         """No registry key, or the product installed in its own folder."""
@@ -1203,22 +1187,35 @@ def environment_dump(entries):
     return "".join(f"{k}: {v}\n" for k, v in sorted(entries, key=lambda e: bucket(e[0])))
 
 
+def edit_ini(text, values):
+    """setup.ini's text with the given keys set (None removes one); a key the text lacks goes
+    after the last line of its section, or into a new section at the end. Lines end in CR LF."""
+    lines, values, section, ends = text.splitlines(), dict(values), None, {}
+    out = []
+    for line in lines + ["[]"]:  # a last section header closes the last section
+        s = line.strip()
+        if s.startswith("["):
+            for (sec, key), value in list(values.items()):  # keys the section lacked
+                if sec == section and value is not None:
+                    out.append(f"{key}={values.pop((sec, key))}")
+            section = s[1:-1]
+        elif "=" in s and not s.startswith(";") and (section, s.split("=")[0]) in values:
+            value = values.pop((section, s.split("=")[0]))
+            if value is None:
+                continue
+            line = s.split("=")[0] + "=" + value
+        out.append(line)
+    out.pop()
+    for section in dict.fromkeys(sec for (sec, _), v in values.items() if v is not None):
+        out += [f"[{section}]"] + [f"{k}={v}" for (sec, k), v in values.items()
+                                   if sec == section and v is not None]  # sections it lacked
+    return "\r\n".join(out) + "\r\n"
+
+
 def start_ini(values):
-    """The tests' setup.ini (tests/support/setup.ini, tagged "row"), the given keys changed
-    (None removes one)."""
-    ini, section = {}, None
-    for line in read_file(os.path.join(HERE, "..", "support", "setup.ini")).splitlines():
-        if line.startswith("["):
-            section = line[1:-1]
-        elif "=" in line and not line.startswith(";"):
-            key, value = line.split("=", 1)
-            ini[(section, key)] = value.replace("@TAG@", "row")
-    ini.update(values)
-    text = ""
-    for section in dict.fromkeys(s for s, _ in ini):
-        text += f"[{section}]\r\n" + "".join(f"{k}={v}\r\n" for (s, k), v in ini.items()
-                                             if s == section and v is not None)
-    return text
+    """The tests' setup.ini (tests/support/setup.ini, tagged "row"), the given keys changed."""
+    text = read_file(os.path.join(HERE, "..", "support", "setup.ini")).replace("@TAG@", "row")
+    return edit_ini(text, values)
 
 
 START_KEY = "HKEY_LOCAL_MACHINE\\Software\\Launcher Tests\\row\\1.0"
