@@ -459,13 +459,14 @@ struct Bench
     // Start to first paint; the program stays open.
     double FirstPaint(ScreenArea& area, Program& program, bool launcher)
     {
-        area.Until(Now(), [&] { return ShowsNoneOfIt(area); }, bandTop, bandTop + kBandRows);
+        area.Until(
+            Now(), [&] { return ShowsNoneOfIt(area); }, bandTop, bandTop + kBandRows);
         double start = Now();
         bool started = launcher ? program.Start(product + "\\Launcher.exe", "", product)
                                 : program.Start(bare, "\"" + data + "\\product.bmp\"", "");
         if (!started) return -1;
-        return area.Until(start, [&] { return ShowsBackground(area); }, bandTop,
-                          bandTop + kBandRows);
+        return area.Until(
+            start, [&] { return ShowsBackground(area); }, bandTop, bandTop + kBandRows);
     }
 };
 
@@ -499,12 +500,11 @@ int Run(Bench& b)
                     b.points.push_back(y * b.width + x);
     }
     b.bandTop = (b.height - Bench::kBandRows) / 2;
-    size_t inBand = size_t(std::count_if(b.points.begin(), b.points.end(),
-                                         [&](int i) { return b.InBand(i); }));
+    size_t inBand =
+        size_t(std::count_if(b.points.begin(), b.points.end(), [&](int i) { return b.InBand(i); }));
     if (inBand < 20)
     {
-        fprintf(stderr, "the launcher's window shows its background at only %zu points\n",
-                inBand);
+        fprintf(stderr, "the launcher's window shows its background at only %zu points\n", inBand);
         return 1;
     }
     {
