@@ -24,6 +24,11 @@ LfxPageSurface* LfxButtonPage::Surface() const
     return m_pLauncher ? m_pLauncher->m_pSurface : nullptr;
 }
 
+CltString LfxButtonPage::Label(uint32_t text) const
+{
+    return m_pMain ? m_pMain->GetSetupString(uint16_t(text)) : CltString();
+}
+
 int LfxButtonPage::Show()
 {
     const uint32_t* list = GetButtonList();
@@ -45,9 +50,7 @@ int LfxButtonPage::Show()
             m_apButtons[i] = button;
             if (button)
             {
-                CltString label =
-                    m_pMain ? m_pMain->GetSetupString(uint16_t(list[i])) : CltString();
-                button->SetContent(surface->buttonFont, label.c_str(), surface->normal,
+                button->SetContent(surface->buttonFont, Label(list[i]).c_str(), surface->normal,
                                    surface->pressed, surface->focused);
                 button->SetSound(sound.c_str());
                 y += kStep;
@@ -73,10 +76,9 @@ bool LfxButtonPage::PrepareLabel(uint32_t i)
     if (!list || !surface || !surface->root || i >= kMaxEntries) return false;
     for (uint32_t k = 0; k <= i; ++k)
         if (list[k] == 0) return false;
-    if (!IsRemoved(i + 1) && m_pMain)
-        CltTextButton::PrepareLabel(surface->buttonFont,
-                                    m_pMain->GetSetupString(uint16_t(list[i])).c_str(),
-                                    surface->normal, surface->root->Dpi());
+    if (!IsRemoved(i + 1))
+        CltTextButton::PrepareLabel(surface->buttonFont, Label(list[i]).c_str(), surface->normal,
+                                    surface->root->Dpi());
     return true;
 }
 

@@ -92,5 +92,8 @@ class LfxButtonPage : public LfxPage
 
   private:
     LfxPageSurface* Surface() const;
+    // The label of the entry showing text number 'text': what Show draws and PrepareLabel
+    // draws ahead, so that the two find the same kept drawing.
+    CltString Label(uint32_t text) const;
     CltTextButton* InitialFocus(LfxPageSurface& surface) const;
 };
