@@ -382,6 +382,7 @@ LRESULT CTarnLauncher::OnDpiChanged(WPARAM wParam, LPARAM lParam)
                    : POINT{(was.left + was.right - width) / 2, (was.top + was.bottom - height) / 2};
     SetWindowPos(m_hWnd, nullptr, at.x, at.y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
     InvalidateRect(m_hWnd, nullptr, FALSE);
+    m_nLabelPage = -2; // the pages' labels are drawn ahead again, at this DPI
     return 0;
 }
 
