@@ -1,5 +1,5 @@
 // Pixel formats: the four global formats and per-pixel decoding, encoding and row
-// conversion through the channel records.
+// conversion through the channel records (with a direct copy for 24 to 32 bits).
 #include "FrameWork/_cult/Source/clt_PixelFormat.h"
 
 // The records are constant-initialised, so they are ready before any constructor runs.
@@ -44,6 +44,14 @@ void EncodePixel(const CltPixelFormat& format, CltColour colour, uint8_t* out)
 void ConvertRow(const CltPixelFormat& dstFormat, uint8_t* dst, const CltPixelFormat& srcFormat,
                 const uint8_t* src, uint32_t count)
 {
+    // Every opaque skin picture (the background above all) takes this step at start-up:
+    // the bytes B, G, R gain an alpha byte of 0, as the channel records give it.
+    if (srcFormat.id == g_pfRgb24.id && dstFormat.id == g_pfArgb32.id)
+    {
+        for (uint32_t i = 0; i < count; ++i, src += 3, dst += 4)
+            dst[0] = src[0], dst[1] = src[1], dst[2] = src[2], dst[3] = 0;
+        return;
+    }
     for (uint32_t i = 0; i < count; ++i)
     {
         EncodePixel(dstFormat, DecodePixel(srcFormat, src), dst);
