@@ -148,7 +148,11 @@ class DemoSetup final : public CVokSetup
         info.lpParameters = "/silent";
         info.lpDirectory = folder;
         info.nShow = SW_SHOWNORMAL;
-        if (!ShellExecuteExA(&info) || !info.hProcess) return 0;
+        // The shell library is loaded here, not imported: the launcher loads this library
+        // before its window opens, and an import would make the window wait for it.
+        using Fn = BOOL(WINAPI*)(SHELLEXECUTEINFOA*);
+        Fn execute = clt_GetEntry<Fn>(clt_LoadSystemLibrary("shell32.dll"), "ShellExecuteExA");
+        if (!execute || !execute(&info) || !info.hProcess) return 0;
         WaitForSingleObject(info.hProcess, INFINITE);
         DWORD code = 0;
         GetExitCodeProcess(info.hProcess, &code);

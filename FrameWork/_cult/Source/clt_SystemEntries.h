@@ -7,9 +7,11 @@
 // that the loader does not know as its own (the sound library, video for windows, the
 // common controls, and for screen readers COM, OLE automation and the accessibility library)
 // are not imported: an import is loaded before any of the program's code
-// runs, and the common controls load the theming library as they start. Their entries are
-// looked up on first call instead: the sound library's and video for windows' in the
-// system folder's copy, the common controls' in the copy the program's manifest names.
+// runs, and the common controls load the theming library as they start. Nor is the shell
+// library, with the two it pulls in: the launcher starts programs long after its window
+// has opened, and the window should not wait for them. Their entries are looked up on
+// first call instead: the common controls' in the copy the program's manifest names, the
+// others' in the system folder's copy.
 // An entry that cannot be found does nothing and answers as a failed call would.
 // (Windows only.)
 #pragma once
@@ -17,9 +19,12 @@
 #include <windows.h>
 
 #include <oleacc.h>
+#include <shellapi.h>
 #include <vfw.h>
 
 BOOL clt_PlaySound(const char* sound, HMODULE module, DWORD flags);
+
+BOOL clt_ShellExecuteEx(SHELLEXECUTEINFOA* info);
 
 void clt_InitCommonControls();
 

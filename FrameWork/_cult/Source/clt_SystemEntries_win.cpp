@@ -1,6 +1,6 @@
-// The library search limited to the system folder; the entries of the sound library, video
-// for windows, COM, OLE automation and the accessibility library, from the system folder's
-// copies, and the common controls' entry, from the copy the manifest names.
+// The library search limited to the system folder; the entries of the sound library, the
+// shell, video for windows, COM, OLE automation and the accessibility library, from the
+// system folder's copies, and the common controls' entry, from the copy the manifest names.
 #include "FrameWork/_cult/Source/clt_SystemEntries.h"
 
 #include "FrameWork/_cult/Source/clt_Init.h"
@@ -33,6 +33,13 @@ BOOL clt_PlaySound(const char* sound, HMODULE module, DWORD flags)
     using Fn = BOOL(WINAPI*)(LPCSTR, HMODULE, DWORD);
     static const Fn play = SystemEntry<Fn>("winmm.dll", "PlaySoundA");
     return play ? play(sound, module, flags) : FALSE;
+}
+
+BOOL clt_ShellExecuteEx(SHELLEXECUTEINFOA* info)
+{
+    using Fn = BOOL(WINAPI*)(SHELLEXECUTEINFOA*);
+    static const Fn execute = SystemEntry<Fn>("shell32.dll", "ShellExecuteExA");
+    return execute ? execute(info) : FALSE;
 }
 
 // By name: the manifest's side-by-side copy (version 6) comes before any folder.

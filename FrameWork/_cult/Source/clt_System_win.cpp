@@ -1,6 +1,8 @@
 // System utilities (see clt_System.h).
 #include "FrameWork/_cult/Source/clt_System.h"
 
+#include "FrameWork/_cult/Source/clt_SystemEntries.h"
+
 namespace
 {
 bool QueryValue(HKEY root, const char* subKey, const char* name, void* buffer, DWORD size)
@@ -66,7 +68,7 @@ bool clt_ShellExecute(const char* file, const char* parameters, const char* fold
     info.lpParameters = parameters;
     info.lpDirectory = folder;
     info.nShow = SW_SHOWNORMAL;
-    if (!ShellExecuteExA(&info)) return false;
+    if (!clt_ShellExecuteEx(&info)) return false;
     if (wait && info.hProcess)
     {
         WaitForSingleObject(info.hProcess, INFINITE);
