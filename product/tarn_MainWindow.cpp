@@ -45,7 +45,6 @@ int CTarnLauncher::Run()
     if (GetDeviceCaps(screen, BITSPIXEL) <= 8) m_hDrawDib = clt_DrawDibOpen();
     ReleaseDC(GetDesktopWindow(), screen);
     CreateFonts();
-    clt_InitCommonControls();
     m_Skin.Load(g_Env[lfx_env::DataDir], m_nDpi);
     m_hArrow = LoadCursorA(nullptr, IDC_ARROW);
     LoadSmallIcon();
@@ -54,19 +53,25 @@ int CTarnLauncher::Run()
                             LoadIconA(Instance(), MAKEINTRESOURCEA(1)));
     // The window stays hidden until its region, caption and first page are in place, and
     // is painted as it appears: shown at creation, it would flash as a grey rectangle
-    // without its shape or picture for a moment.
+    // without its shape or picture for a moment. The opening sound starts as it appears:
+    // the sound library and the common controls (which only the boxes use) take some
+    // 15 ms to start, which the window does not wait for. The first page's focus sound,
+    // which the opening sound would keep from playing, is not played.
     if (Create(nullptr, WS_POPUP | WS_SYSMENU, 0, windowClass.c_str(), false))
     {
         ApplyRegion();
         CreateWidgets();
         SetWindowTextA(m_hWnd, g_Env[lfx_env::ProductName].c_str());
         OnWindowReady();
-        m_pMain->PlaySoundByName("OPEN", false);
+        m_pRoot->MuteFocusSounds(true);
         ShowFirstPage();
+        m_pRoot->MuteFocusSounds(false);
         if (m_hWnd)
         {
             ShowWindow(m_hWnd, SW_SHOWNORMAL);
             UpdateWindow(m_hWnd);
+            m_pMain->PlaySoundByName("OPEN", false);
+            clt_InitCommonControls();
         }
         MessageLoop();
     }

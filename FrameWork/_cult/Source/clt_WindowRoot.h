@@ -31,6 +31,9 @@ class CltWindowRoot : public CltRootWidget
     void ReleaseSystemPointer() override;
     bool IsShiftDown() const override;
     void PlayFocusSound(const char* path) override;
+    // While muted, focus changes play no sound (the window's first page takes its focus
+    // before the opening sound has started, which a focus sound would otherwise not cut).
+    void MuteFocusSounds(bool muted) { m_bFocusSoundsMuted = muted; }
     bool GetWindowRect(CltRect& r) const override;
     void MoveWindow(const CltRect& r) override;
     bool AskSystemPointerLeave() override;
@@ -46,4 +49,5 @@ class CltWindowRoot : public CltRootWidget
   private:
     HWND m_hWnd = nullptr;
     CltAccessible* m_pAccessible = nullptr;
+    bool m_bFocusSoundsMuted = false;
 };

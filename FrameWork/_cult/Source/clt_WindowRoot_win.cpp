@@ -73,7 +73,7 @@ bool CltWindowRoot::IsShiftDown() const
 
 void CltWindowRoot::PlayFocusSound(const char* path)
 {
-    clt_PlaySound(path, nullptr, SND_FILENAME | SND_NOSTOP | SND_ASYNC);
+    if (!m_bFocusSoundsMuted) clt_PlaySound(path, nullptr, SND_FILENAME | SND_NOSTOP | SND_ASYNC);
 }
 
 bool CltWindowRoot::GetWindowRect(CltRect& r) const
