@@ -14,8 +14,6 @@
 #include <vfw.h>
 #include <windows.h>
 
-#include <vector>
-
 class CltCaptionBar;
 class CltImageButton;
 class CltImagePanel;
@@ -57,16 +55,10 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
         return POINT{(desktop.right - width) >> 1, (desktop.bottom - height) >> 1};
     }
 
-    // The update region's parts that lie apart, top to bottom, cut to the paint rectangle:
-    // the box around each run of its rectangles whose rows meet. Without a readable region:
-    // the paint rectangle.
-    static std::vector<RECT> SeparateParts(HRGN region, const RECT& paint);
-
   private:
     LRESULT OnCreate();
     LRESULT OnActivate(WPARAM wParam);
     LRESULT OnPaintMessage();
-    void PaintPart(HDC dc, const CltRect& area);
     LRESULT OnKeyDown(WPARAM wParam, LPARAM lParam);
     LRESULT OnCommand(WPARAM wParam, LPARAM lParam);
     LRESULT OnLButtonDblClk();
@@ -100,7 +92,6 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     HFONT m_hCaptionFont = nullptr;
     HFONT m_hButtonFont = nullptr;
     HDRAWDIB m_hDrawDib = nullptr;
-    std::vector<RECT> m_UpdateParts; // of the paint under way
     int32_t m_nDpi = 96;      // the window's: skin, fonts and layout are scaled by m_nDpi / 96
     LfxPageSurface m_Surface; // the page buttons' surface and the focus memory
     // The next page label the message loop draws while no message waits: the page's place

@@ -264,79 +264,44 @@ void CTarnLauncher::ShowCaption(bool active)
 
 LRESULT CTarnLauncher::OnPaintMessage()
 {
-    // The update region is read before BeginPaint, which empties it.
-    HRGN update = CreateRectRgn(0, 0, 0, 0);
-    bool read = update && GetUpdateRgn(m_hWnd, update, FALSE) != ERROR;
     PAINTSTRUCT ps;
     BeginPaint(m_hWnd, &ps);
-    m_UpdateParts = SeparateParts(read ? update : nullptr, ps.rcPaint);
-    if (update) DeleteObject(update);
     LRESULT result = Paint(ps);
     EndPaint(m_hWnd, &ps);
     return result;
 }
 
-// A page change updates the caption and the page buttons, far apart: composed and put on
-// the screen apart, they are a quarter of the pixels of the box around them all.
-std::vector<RECT> CTarnLauncher::SeparateParts(HRGN region, const RECT& paint)
-{
-    std::vector<RECT> parts;
-    DWORD size = region ? GetRegionData(region, 0, nullptr) : 0;
-    std::vector<char> buffer(size);
-    auto* data = reinterpret_cast<RGNDATA*>(buffer.data());
-    if (size < sizeof(RGNDATAHEADER) || !GetRegionData(region, size, data)) return {paint};
-    // The rectangles come sorted by their top rows.
-    const RECT* rects = reinterpret_cast<const RECT*>(data->Buffer);
-    for (DWORD i = 0; i < data->rdh.nCount; ++i)
-    {
-        RECT r;
-        if (!IntersectRect(&r, &rects[i], &paint)) continue;
-        if (parts.empty() || r.top > parts.back().bottom)
-            parts.push_back(r);
-        else
-            UnionRect(&parts.back(), &parts.back(), &r);
-    }
-    return parts;
-}
-
-// Each part of the update region (the update rectangle when none were read) is composed
-// off screen and put on the screen in one piece.
+// Only the update rectangle is composed, off screen, and put on the screen in one piece.
 LRESULT CTarnLauncher::Paint(PAINTSTRUCT& ps)
 {
-    std::vector<RECT> parts = std::move(m_UpdateParts);
-    m_UpdateParts.clear();
     if (!m_pRoot) return 0;
-    if (parts.empty()) parts.push_back(ps.rcPaint);
-    for (const RECT& part : parts)
-        PaintPart(ps.hdc, CltRect(part.left, part.top, part.right, part.bottom));
+    CltRect area(ps.rcPaint.left, ps.rcPaint.top, ps.rcPaint.right, ps.rcPaint.bottom);
+    CltCanvas canvas;
+    if (!area.CoversNothing() && canvas.Create(area, ps.hdc))
+    {
+        m_pRoot->PaintTree(canvas, area);
+        CltDibImage* pixels = canvas.Pixels();
+        if (m_hDrawDib && pixels)
+        {
+            BITMAPINFOHEADER header = {};
+            header.biSize = sizeof header;
+            header.biWidth = pixels->m_nWidth;
+            header.biHeight = pixels->m_nHeight;
+            header.biPlanes = 1;
+            header.biBitCount = 32;
+            header.biCompression = BI_RGB;
+            header.biSizeImage = pixels->m_nSize;
+            clt_DrawDibDraw(m_hDrawDib, ps.hdc, area.left, area.top, area.Width(), area.Height(),
+                            &header, pixels->m_pData, 0, 0, area.Width(), area.Height(), 0);
+        }
+        else
+            BitBlt(ps.hdc, area.left, area.top, area.Width(), area.Height(), canvas.Context(),
+                   area.left, area.top, SRCCOPY);
+    }
     int32_t size = clt_Scale(kIconSize, m_nDpi);
     DrawIconEx(ps.hdc, clt_Scale(kIconX, m_nDpi), clt_Scale(kIconY, m_nDpi), m_hSmallIcon, size,
                size, 0, nullptr, DI_NORMAL);
     return 0;
-}
-
-void CTarnLauncher::PaintPart(HDC dc, const CltRect& area)
-{
-    CltCanvas canvas;
-    if (area.CoversNothing() || !canvas.Create(area, dc)) return;
-    m_pRoot->PaintTree(canvas, area);
-    CltDibImage* pixels = canvas.Pixels();
-    if (m_hDrawDib && pixels)
-    {
-        BITMAPINFOHEADER header = {};
-        header.biSize = sizeof header;
-        header.biWidth = pixels->m_nWidth;
-        header.biHeight = pixels->m_nHeight;
-        header.biPlanes = 1;
-        header.biBitCount = 32;
-        header.biCompression = BI_RGB;
-        header.biSizeImage = pixels->m_nSize;
-        clt_DrawDibDraw(m_hDrawDib, dc, area.left, area.top, area.Width(), area.Height(), &header,
-                        pixels->m_pData, 0, 0, area.Width(), area.Height(), 0);
-    }
-    else
-        BitBlt(dc, area.left, area.top, area.Width(), area.Height(), canvas.Context(), area.left,
-               area.top, SRCCOPY);
 }
 
 LRESULT CTarnLauncher::OnKeyDown(WPARAM wParam, LPARAM lParam)
