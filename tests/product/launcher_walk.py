@@ -1110,12 +1110,14 @@ def run_probe(program, args="", cwd=None, answers=(), trace=None, at=None, leave
     options += ["/leave"] if leave else []
     # Its report goes to a file: a service that a restart starts again would inherit a pipe
     # and keep it open.
+    # What Wine says goes beside it, for a program that does not start.
     report = os.path.join(WORK, "report.txt")
-    with open(report, "w") as f:
+    with open(report, "w") as f, open(report + ".err", "w") as err:
         subprocess.run(["wine", os.path.join(BIN, "RunProbe.exe"), "run", *options, program, args],
-                       env=ENV, stdin=subprocess.DEVNULL, stdout=f, stderr=subprocess.DEVNULL)
+                       env=ENV, stdin=subprocess.DEVNULL, stdout=f, stderr=err)
     out = read_file(report)
-    r = {"boxes": [], "libraries": [], "exit": None, "at": None}
+    r = {"boxes": [], "libraries": [], "exit": None, "at": None,
+         "wine": read_file(report + ".err")[-400:]}
     for line in out.splitlines():
         kind, _, rest = line.partition("\t")
         if kind == "box":
@@ -1370,7 +1372,7 @@ def start_row(name, s, args, want):
             viewer.wait()
         regedit(reg_values(START_KEY, {}).split("\n")[0] + "\n" + cleanup)
     if "restart" not in want:  # the restart ends the probe too, sooner or later
-        expect(r["exit"], want.get("exit", "0"), "exit code")
+        expect(r["exit"], want.get("exit", "0"), f"exit code (Wine said {r['wine']!r})")
     expect([b[:3] for b in r["boxes"]], [tuple(map(fill, b)) for b, _ in want.get("boxes", [])],
            "the boxes")
     for line in map(fill, want.get("lines", [])):
