@@ -1109,8 +1109,7 @@ def run_probe(program, args="", cwd=None, answers=(), trace=None, at=None, leave
     options += ["/at:" + at] if at else []
     options += ["/leave"] if leave else []
     # Its report goes to a file: a service that a restart starts again would inherit a pipe
-    # and keep it open.
-    # What Wine says goes beside it, for a program that does not start.
+    # and keep it open. What Wine says goes beside it, for a program that does not start.
     report = os.path.join(WORK, "report.txt")
     with open(report, "w") as f, open(report + ".err", "w") as err:
         subprocess.run(["wine", os.path.join(BIN, "RunProbe.exe"), "run", *options, program, args],
