@@ -38,7 +38,7 @@ int LfxButtonPage::Show()
     m_nButtons = 0;
     int32_t y = kFirstY; // design coordinates, scaled for the window's DPI
     // Entries past the ninth have no command number of their own and are left out.
-    for (uint32_t i = 0; list[i] != 0 && i < kMaxEntries; ++i)
+    for (uint32_t i = 0; i < kMaxEntries && list[i] != 0; ++i)
     {
         m_apButtons[i] = nullptr;
         if (!IsRemoved(i + 1))
