@@ -6,6 +6,7 @@
 // (Windows only.)
 #pragma once
 
+#include "FrameWork/_cult/Source/clt_Canvas.h"
 #include "FrameWork/_cult/Source/clt_Window.h"
 #include "FrameWork/_lfx/Source/lfx_Launcher.h"
 #include "FrameWork/_lfx/Source/lfx_Page.h"
@@ -65,6 +66,7 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     LRESULT OnGetObject(WPARAM wParam, LPARAM lParam);
     LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
     LRESULT CloseSequence();
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT ToCurrentPage(UINT message, WPARAM wParam, LPARAM lParam);
     CltImageButton* AddTitleButton(uint32_t id, const char* name, const CltImageRef& normal,
                                    const CltImageRef& hover, const CltImageRef& pressed,
@@ -92,6 +94,7 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     HFONT m_hCaptionFont = nullptr;
     HFONT m_hButtonFont = nullptr;
     HDRAWDIB m_hDrawDib = nullptr;
+    CltCanvas m_Canvas;       // kept from paint to paint
     int32_t m_nDpi = 96;      // the window's: skin, fonts and layout are scaled by m_nDpi / 96
     LfxPageSurface m_Surface; // the page buttons' surface and the focus memory
     // The next page label the message loop draws while no message waits: the page's place

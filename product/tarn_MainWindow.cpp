@@ -66,6 +66,7 @@ int CTarnLauncher::Run()
         m_pRoot->MuteFocusSounds(true);
         ShowFirstPage();
         m_pRoot->MuteFocusSounds(false);
+        m_pRoot->ApplyRepaints();
         if (m_hWnd)
         {
             ShowWindow(m_hWnd, SW_SHOWNORMAL);
@@ -169,6 +170,7 @@ void CTarnLauncher::CleanUp()
 {
     if (m_hDrawDib) clt_DrawDibClose(m_hDrawDib);
     m_hDrawDib = nullptr;
+    m_Canvas.Release();
     if (m_hSmallIcon) DestroyIcon(m_hSmallIcon);
     m_hSmallIcon = nullptr;
     m_pSurface = nullptr;
@@ -197,7 +199,15 @@ int CTarnLauncher::DestroyMainWindow()
 // procedure, page or no page. (A page that answered every message with 1 would leave
 // Alt+F4 and the taskbar's Close without effect, answer 1 for the window's icon and to a
 // screen reader's request for its object, and keep the system from setting the cursor.)
+// What a message changed is repainted once the message has been handled.
 LRESULT CTarnLauncher::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    LRESULT result = OnMessage(message, wParam, lParam);
+    if (m_pRoot) m_pRoot->ApplyRepaints();
+    return result;
+}
+
+LRESULT CTarnLauncher::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (m_pRoot) m_pRoot->HandleMessage(message, wParam, lParam);
     switch (message)
@@ -276,26 +286,28 @@ LRESULT CTarnLauncher::Paint(PAINTSTRUCT& ps)
 {
     if (!m_pRoot) return 0;
     CltRect area(ps.rcPaint.left, ps.rcPaint.top, ps.rcPaint.right, ps.rcPaint.bottom);
-    CltCanvas canvas;
-    if (!area.CoversNothing() && canvas.Create(area, ps.hdc))
+    if (!area.CoversNothing() && m_Canvas.Begin(area, ps.hdc))
     {
-        m_pRoot->PaintTree(canvas, area);
-        CltDibImage* pixels = canvas.Pixels();
+        m_pRoot->PaintTree(m_Canvas, area);
+        CltDibImage* pixels = m_Canvas.Pixels();
         if (m_hDrawDib && pixels)
         {
+            // The area's rows, the canvas's top rows, are a bottom-up picture of their own.
             BITMAPINFOHEADER header = {};
             header.biSize = sizeof header;
             header.biWidth = pixels->m_nWidth;
-            header.biHeight = pixels->m_nHeight;
+            header.biHeight = area.Height();
             header.biPlanes = 1;
             header.biBitCount = 32;
             header.biCompression = BI_RGB;
-            header.biSizeImage = pixels->m_nSize;
+            header.biSizeImage = uint32_t(pixels->m_nPitch) * uint32_t(area.Height());
+            uint8_t* rows =
+                pixels->m_pData + size_t(pixels->m_nHeight - area.Height()) * pixels->m_nPitch;
             clt_DrawDibDraw(m_hDrawDib, ps.hdc, area.left, area.top, area.Width(), area.Height(),
-                            &header, pixels->m_pData, 0, 0, area.Width(), area.Height(), 0);
+                            &header, rows, 0, 0, area.Width(), area.Height(), 0);
         }
         else
-            BitBlt(ps.hdc, area.left, area.top, area.Width(), area.Height(), canvas.Context(),
+            BitBlt(ps.hdc, area.left, area.top, area.Width(), area.Height(), m_Canvas.Context(),
                    area.left, area.top, SRCCOPY);
     }
     int32_t size = clt_Scale(kIconSize, m_nDpi);

@@ -42,6 +42,15 @@ struct CltRect
                   right < o.right ? right : o.right, bottom < o.bottom ? bottom : o.bottom);
         return r.CoversNothing() ? CltRect() : r;
     }
+    // The smallest rectangle that covers both (the system's UnionRect: one that covers
+    // nothing does not count).
+    CltRect Union(const CltRect& o) const
+    {
+        if (o.CoversNothing()) return CoversNothing() ? CltRect() : *this;
+        if (CoversNothing()) return o;
+        return CltRect(left < o.left ? left : o.left, top < o.top ? top : o.top,
+                       right > o.right ? right : o.right, bottom > o.bottom ? bottom : o.bottom);
+    }
 };
 
 struct CltPoint

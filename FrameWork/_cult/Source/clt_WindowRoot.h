@@ -1,6 +1,9 @@
-// CltWindowRoot: the root of the widget tree of one window. Repaint requests become
-// InvalidateRect without erasing, notifications become WM_COMMAND to the window, and the
-// root's system hooks are answered with this window (capture, keys, sounds, moving it).
+// CltWindowRoot: the root of the widget tree of one window. Repaint requests are gathered
+// into their bounding rectangle, which becomes one InvalidateRect without erasing when the
+// window's message has been handled (ApplyRepaints; each call is a round trip to the
+// system, a page change asks some twenty times, and the paint covers the bounding
+// rectangle anyway), and before a command is sent; notifications become WM_COMMAND to the window,
+// and the root's system hooks are answered with this window (capture, keys, sounds, moving it).
 // Screen readers get the tree through the window's accessible object, and hear of each
 // focus change.
 // (Windows only.)
@@ -17,6 +20,9 @@ class CltWindowRoot : public CltRootWidget
   public:
     ~CltWindowRoot() override;
     void Invalidate(const CltRect& r) override;
+    // Passes the gathered repaint requests to the system; the window calls it after each
+    // message.
+    void ApplyRepaints();
     // Sends WM_COMMAND (wParam the id, lParam the source) for a non-zero id; a notification
     // never goes past the root.
     bool OnNotify(uint32_t id, CltWidget* source) override;
@@ -48,6 +54,7 @@ class CltWindowRoot : public CltRootWidget
 
   private:
     HWND m_hWnd = nullptr;
+    CltRect m_rcRepaint; // the gathered repaint requests' bounding rectangle
     CltAccessible* m_pAccessible = nullptr;
     bool m_bFocusSoundsMuted = false;
 };

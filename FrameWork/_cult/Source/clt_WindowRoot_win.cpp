@@ -17,13 +17,22 @@ CltWindowRoot::~CltWindowRoot()
 
 void CltWindowRoot::Invalidate(const CltRect& r)
 {
-    if (!m_hWnd) return;
-    RECT rc = {r.left, r.top, r.right, r.bottom};
+    if (m_hWnd) m_rcRepaint = m_rcRepaint.Union(r);
+}
+
+void CltWindowRoot::ApplyRepaints()
+{
+    if (!m_hWnd || m_rcRepaint.CoversNothing()) return;
+    RECT rc = {m_rcRepaint.left, m_rcRepaint.top, m_rcRepaint.right, m_rcRepaint.bottom};
+    m_rcRepaint = CltRect();
     InvalidateRect(m_hWnd, &rc, FALSE);
 }
 
+// A command may open a box, whose own message loop paints the window: what changed before
+// it is passed on first.
 bool CltWindowRoot::OnNotify(uint32_t id, CltWidget* source)
 {
+    ApplyRepaints();
     if (id != 0 && m_hWnd)
         SendMessageA(m_hWnd, WM_COMMAND, WPARAM(id), reinterpret_cast<LPARAM>(source));
     return true;

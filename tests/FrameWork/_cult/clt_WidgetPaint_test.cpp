@@ -86,7 +86,7 @@ class PaintedTree : public ::testing::Test
     {
         canvas = std::make_unique<CltCanvas>();
         HDC screen = GetDC(nullptr);
-        ASSERT_TRUE(canvas->Create(area, screen));
+        ASSERT_TRUE(canvas->Begin(area, screen));
         ReleaseDC(nullptr, screen);
         root.PaintTree(*canvas, area);
         GdiFlush();
