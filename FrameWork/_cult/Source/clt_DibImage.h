@@ -19,6 +19,7 @@ class CltDibImage : public CltImage
                 int32_t origin) override;
     CltImage* New() const override;
     void Free() override;
+    void Swap(CltImage& other) override;
     virtual bool LoadBitmapFile(const char* fileName);
 
     HBITMAP m_hBitmap = nullptr;

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "FrameWork/_cult/Source/clt_DC.h"
 #include "FrameWork/_cult/Source/clt_String.h"
@@ -76,6 +77,15 @@ DIBSECTION CltDibImage::TakeSection(HBITMAP bitmap)
 CltImage* CltDibImage::New() const
 {
     return new CltDibImage;
+}
+
+void CltDibImage::Swap(CltImage& other)
+{
+    CltImage::Swap(other);
+    auto& dib = static_cast<CltDibImage&>(other);
+    std::swap(m_hBitmap, dib.m_hBitmap);
+    std::swap(m_hMask, dib.m_hMask);
+    std::swap(m_hPalette, dib.m_hPalette);
 }
 
 void CltDibImage::Free()

@@ -96,24 +96,34 @@ int32_t CltImage::YStep() const
     }
 }
 
+void CltImage::Swap(CltImage& other)
+{
+    std::swap(m_nOrigin, other.m_nOrigin);
+    std::swap(m_Format, other.m_Format);
+    std::swap(m_pData, other.m_pData);
+    std::swap(m_nPitch, other.m_nPitch);
+    std::swap(m_nHeight, other.m_nHeight);
+    std::swap(m_nWidth, other.m_nWidth);
+    std::swap(m_nSize, other.m_nSize);
+    std::swap(m_pOwned, other.m_pOwned);
+}
+
+// The converted pixels go into a new block of the same kind, which then takes the old
+// one's place: no copy of the old block is made (fresh memory costs as it is first
+// touched). A failure leaves the image as it was.
 bool CltImage::ConvertTo(const CltPixelFormat& format)
 {
     if (format.id == m_Format.id) return true;
-    uint8_t* old = static_cast<uint8_t*>(malloc(m_nSize ? m_nSize : 1));
-    if (!old) return false;
-    if (m_nSize) memcpy(old, m_pData, m_nSize);
-    CltPixelFormat oldFormat = m_Format;
-    int32_t oldPitch = m_nPitch, width = m_nWidth, height = m_nHeight, origin = m_nOrigin;
-    void* frames = m_pFrames;
-    m_pFrames = nullptr;
-    bool made = Create(format, width, height, origin);
-    m_pFrames = frames;
-    // A failed re-creation leaves the image empty; nothing is written into it.
+    CltImage* converted = New();
+    bool made = converted && converted->Create(format, m_nWidth, m_nHeight, m_nOrigin);
     if (made)
-        for (int32_t r = 0; r < height; ++r)
-            ConvertRow(format, m_pData + intptr_t(r) * m_nPitch, oldFormat,
-                       old + intptr_t(r) * oldPitch, uint32_t(width));
-    free(old);
+    {
+        for (int32_t r = 0; r < m_nHeight; ++r)
+            ConvertRow(format, converted->m_pData + intptr_t(r) * converted->m_nPitch, m_Format,
+                       m_pData + intptr_t(r) * m_nPitch, uint32_t(m_nWidth));
+        Swap(*converted);
+    }
+    delete converted;
     return made;
 }
 

@@ -31,6 +31,8 @@ class CltImage
     virtual CltRect GetFrameRect(int32_t column, int32_t row) const;
     virtual CltImage* New() const;
     virtual void Free();
+    // Exchanges pixel blocks and descriptions with an image of the same kind (made by New).
+    virtual void Swap(CltImage& other);
     // Frees the pixels and forgets size, pitch and origin: the image is wholly empty.
     void Clear();
 
