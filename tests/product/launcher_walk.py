@@ -70,11 +70,13 @@ def expect(actual, expected, what):
         raise Failure(f"{what}: {actual!r}, expected {expected!r}")
 
 
-def start_wine(*args):
+def start_wine(*args, err=None):
     """A program under Wine, detached from our output: a program that outlives its row (a
-    service, a desktop it starts) would keep our caller waiting for the output's end."""
-    return subprocess.Popen(["wine", *args], env=ENV, stdin=subprocess.DEVNULL,
-                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    service, a desktop it starts) would keep our caller waiting for the output's end. What
+    Wine says goes to the file err, when given."""
+    with open(err or os.devnull, "w") as errors:
+        return subprocess.Popen(["wine", *args], env=ENV, stdin=subprocess.DEVNULL,
+                                stdout=subprocess.DEVNULL, stderr=errors)
 
 
 def run_wine(program, *args):
@@ -1338,8 +1340,12 @@ def start_row(name, s, args, want):
     for what in holds:
         holder = os.path.join(fresh(os.path.join(WORK, f"holder{len(holders)}")), "holder.exe")
         shutil.copy(HELPER, holder)
-        holders.append((holder, start_wine(holder, what)))
-        wait_for(lambda: os.path.exists(holder + ".ready"), "the holder")
+        holders.append((holder, start_wine(holder, what, err=holder + ".err")))
+        try:
+            wait_for(lambda: os.path.exists(holder + ".ready"), "the holder")
+        except Failure as e:  # seen once: a holder that did not get ready
+            raise Failure(f"{e} (exit code {holders[-1][1].poll()}, Wine said "
+                          f"{read_file(holder + '.err')[-400:]!r})")
     viewer = None
     if "viewer" in want:  # TraceWin with both of its windows open, or the older one alone
         records, which = os.path.join(folder, "tracewin.txt"), s.get("viewer", "both")
