@@ -1337,24 +1337,24 @@ def start_row(name, s, args, want):
     holds = ["-HOLD=" + ",".join(s["hold"])] if "hold" in s else []
     holds += ["-HOLD=RestartSentinel"] if "restart" in want else []
     holds += ["-LOCK=" + wine_path(os.path.join(folder, s["lock"]))] if "lock" in s else []
-    for what in holds:
-        holder = os.path.join(fresh(os.path.join(WORK, f"holder{len(holders)}")), "holder.exe")
-        shutil.copy(HELPER, holder)
-        holders.append((holder, start_wine(holder, what, err=holder + ".err")))
-        try:
-            wait_for(lambda: os.path.exists(holder + ".ready"), "the holder")
-        except Failure as e:  # seen once: a holder that did not get ready
-            raise Failure(f"{e} (exit code {holders[-1][1].poll()}, Wine said "
-                          f"{read_file(holder + '.err')[-400:]!r})")
     viewer = None
-    if "viewer" in want:  # TraceWin with both of its windows open, or the older one alone
-        records, which = os.path.join(folder, "tracewin.txt"), s.get("viewer", "both")
-        viewer = start_wine(os.path.join(BIN, "TraceWin.exe"), "/out:" + wine_path(records),
-                            "/class:" + which)
-        for title in ["TraceWin - TraceWin TRACE Window"] * (which == "both") + [
-                "TraceWin - MfxTraceWindow"]:
-            wait_for(lambda: x_position(title), title)
-    try:
+    try:  # holders and viewer too: what started is ended whatever fails
+        for what in holds:
+            holder = os.path.join(fresh(os.path.join(WORK, f"holder{len(holders)}")), "holder.exe")
+            shutil.copy(HELPER, holder)
+            holders.append((holder, start_wine(holder, what, err=holder + ".err")))
+            try:
+                wait_for(lambda: os.path.exists(holder + ".ready"), "the holder")
+            except Failure as e:  # seen once: a holder that did not get ready
+                raise Failure(f"{e} (exit code {holders[-1][1].poll()}, Wine said "
+                              f"{read_file(holder + '.err')[-400:]!r})")
+        if "viewer" in want:  # TraceWin with both of its windows open, or the older one alone
+            records, which = os.path.join(folder, "tracewin.txt"), s.get("viewer", "both")
+            viewer = start_wine(os.path.join(BIN, "TraceWin.exe"), "/out:" + wine_path(records),
+                                "/class:" + which)
+            for title in ["TraceWin - TraceWin TRACE Window"] * (which == "both") + [
+                    "TraceWin - MfxTraceWindow"]:
+                wait_for(lambda: x_position(title), title)
         if s.get("planted"):  # the decoys work: a program beside them that asks gets them
             shutil.copy(HELPER, os.path.join(folder, "loader.exe"))
             for name in PLANTED:
