@@ -1,9 +1,9 @@
 // CltWindowRoot: the root of the widget tree of one window. Repaint requests are gathered
-// into their bounding rectangle, which becomes one InvalidateRect without erasing when the
-// window's message has been handled (ApplyRepaints; each call is a round trip to the
-// system, a page change asks some twenty times, and the paint covers the bounding
-// rectangle anyway), and before a command is sent; notifications become WM_COMMAND to the window,
-// and the root's system hooks are answered with this window (capture, keys, sounds, moving it).
+// into their bounding rectangle, which becomes one InvalidateRect without erasing once the
+// window's message has been handled, and before a command is sent (ApplyRepaints: each call
+// is a round trip to the system, a page change asks some twenty times, and the paint covers
+// the bounding rectangle anyway). Notifications become WM_COMMAND to the window, and the
+// root's system hooks are answered with this window (capture, keys, sounds, moving it).
 // Screen readers get the tree through the window's accessible object, and hear of each
 // focus change.
 // (Windows only.)
