@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 CltImage::~CltImage()
 {
@@ -114,17 +115,13 @@ void CltImage::Swap(CltImage& other)
 bool CltImage::ConvertTo(const CltPixelFormat& format)
 {
     if (format.id == m_Format.id) return true;
-    CltImage* converted = New();
-    bool made = converted && converted->Create(format, m_nWidth, m_nHeight, m_nOrigin);
-    if (made)
-    {
-        for (int32_t r = 0; r < m_nHeight; ++r)
-            ConvertRow(format, converted->m_pData + intptr_t(r) * converted->m_nPitch, m_Format,
-                       m_pData + intptr_t(r) * m_nPitch, uint32_t(m_nWidth));
-        Swap(*converted);
-    }
-    delete converted;
-    return made;
+    std::unique_ptr<CltImage> converted(New());
+    if (!converted->Create(format, m_nWidth, m_nHeight, m_nOrigin)) return false;
+    for (int32_t r = 0; r < m_nHeight; ++r)
+        ConvertRow(format, converted->m_pData + intptr_t(r) * converted->m_nPitch, m_Format,
+                   m_pData + intptr_t(r) * m_nPitch, uint32_t(m_nWidth));
+    Swap(*converted);
+    return true;
 }
 
 void CltImage::StoreLeftToRight()
