@@ -53,10 +53,9 @@ int CTarnLauncher::Run()
                             LoadIconA(Instance(), MAKEINTRESOURCEA(1)));
     // The window stays hidden until its region, caption and first page are in place, and
     // is painted as it appears: shown at creation, it would flash as a grey rectangle
-    // without its shape or picture for a moment. The opening sound starts as it appears:
-    // the sound library and the common controls (which only the boxes use) take some
-    // 15 ms to start, which the window does not wait for. The first page's focus sound,
-    // which the opening sound would keep from playing, is not played.
+    // without its shape or picture for a moment. The opening sound and the common controls
+    // wait for the message loop (see there). The first page's focus sound, which the
+    // opening sound would keep from playing, is not played.
     if (Create(nullptr, WS_POPUP | WS_SYSMENU, 0, windowClass.c_str(), false))
     {
         ApplyRegion();
@@ -71,8 +70,6 @@ int CTarnLauncher::Run()
         {
             ShowWindow(m_hWnd, SW_SHOWNORMAL);
             UpdateWindow(m_hWnd);
-            m_pMain->PlaySoundByName("OPEN", false);
-            clt_InitCommonControls();
         }
         MessageLoop();
     }
@@ -136,19 +133,33 @@ void CTarnLauncher::ShowFirstPage()
     SetCursor(m_hArrow);
 }
 
-// Whenever no message waits, the loop draws one label of the pages not yet shown, until all
-// are drawn: a page change later finds its labels drawn (a label takes about a millisecond,
-// so input waits no longer than that).
+// Whenever no message waits, the loop does one piece of the work that the window need not
+// wait for. First the opening sound and the common controls (which only the boxes use):
+// they take 15 to 40 ms to start, and a painted window may reach the screen only when its
+// thread first finds no message waiting (Wine puts it there then), so they come after that
+// moment. Then one label of the pages not yet shown at a time, until all are drawn: a page
+// change later finds its labels drawn (a label takes about a millisecond, so input waits no
+// longer than that).
 void CTarnLauncher::MessageLoop()
 {
     MSG msg;
     for (;;)
     {
-        if (!PeekMessageA(&msg, nullptr, 0, 0, PM_NOREMOVE) && PrepareNextLabel()) continue;
+        if (!PeekMessageA(&msg, nullptr, 0, 0, PM_NOREMOVE) && DoIdleWork()) continue;
         if (GetMessageA(&msg, nullptr, 0, 0) <= 0) return;
         TranslateMessage(&msg);
         DispatchMessageA(&msg);
     }
+}
+
+// One piece of the work that the window need not wait for; false when none is left.
+bool CTarnLauncher::DoIdleWork()
+{
+    if (m_bOpened) return PrepareNextLabel();
+    m_bOpened = true;
+    if (m_hWnd) m_pMain->PlaySoundByName("OPEN", false);
+    clt_InitCommonControls();
+    return true;
 }
 
 // Draws the next label of the active pages; false when none is left.
