@@ -98,7 +98,7 @@ class CTarnLauncher : public LfxLauncher, public CltWindow
     CltCanvas m_Canvas;       // kept from paint to paint
     int32_t m_nDpi = 96;      // the window's: skin, fonts and layout are scaled by m_nDpi / 96
     LfxPageSurface m_Surface; // the page buttons' surface and the focus memory
-    bool m_bOpened = false; // the message loop has started the opening sound
+    bool m_bOpened = false;   // the message loop has started the opening sound
     // The next page label the message loop draws while no message waits: the page's place
     // in the active pages' list (-1: none left) and its entry.
     int32_t m_nLabelPage = -2;
