@@ -8,8 +8,6 @@
 // 60 s), then removes the three files: the next run does not hold.
 // With -HOLD=NAME[,NAME...] it creates and holds those mutexes, writes "<path>.ready",
 // and waits as above.
-// With -LOCK=FILE it opens FILE without sharing (nobody else can open it), writes
-// "<path>.ready", and waits as above.
 // With -LOAD=NAME it loads the library NAME the ordinary way (by name, searched for
 // from its own folder on) and ends with exit code 0 if it loaded, 1 if not.
 #include "product/demo/demo_Common.h"
@@ -59,14 +57,6 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
     const char* args = demo::Arguments();
     std::string self = OwnPath();
     if (strncmp(args, "-LOAD=", 6) == 0) return LoadLibraryA(args + 6) ? 0 : 1;
-    if (strncmp(args, "-LOCK=", 6) == 0)
-    {
-        HANDLE file = CreateFileA(args + 6, GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
-        Hold(self);
-        CloseHandle(file);
-        return 0;
-    }
     if (strncmp(args, "-HOLD=", 6) == 0)
     {
         std::vector<HANDLE> held;

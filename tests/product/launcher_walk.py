@@ -1333,10 +1333,9 @@ def start_row(name, s, args, want):
                 f'"{n[:-4].lower()}"="native,builtin"\n' for n in PLANTED)
             cleanup += f"[-{APP_DEFAULTS}{program_name}]\n"
     regedit(reg)
-    # A program that holds the mutexes named, or keeps a file open without sharing it.
+    # A program that holds the mutexes named.
     holds = ["-HOLD=" + ",".join(s["hold"])] if "hold" in s else []
     holds += ["-HOLD=RestartSentinel"] if "restart" in want else []
-    holds += ["-LOCK=" + wine_path(os.path.join(folder, s["lock"]))] if "lock" in s else []
     viewer = None
     try:  # holders and viewer too: what started is ended whatever fails
         for what in holds:
@@ -1569,7 +1568,6 @@ START_ROWS = [
     ("fatal: no data folder", {"remove": "Install"}, "", {"boxes": [
         (fatal('clt_IsDirectoryPresent(g_Env["DataDir"])', LFX, 173), 2)]}),
     ("fatal: no setup.ini", {"remove": "Install/setup.ini"}, "", {"boxes": [(NO_INI, 2)]}),
-    ("fatal: setup.ini locked", {"lock": "Install/setup.ini"}, "", {"boxes": [(NO_INI, 2)]}),
     ("fatal: setup library missing", ini_row("Files", "SetupDll", "Missing.dll"), "",
      {"boxes": [(fatal("m_hSetupDll!=0", LFX, 227), 2)]}),
     ("fatal: a setup library without its entry", {"library": "NoExport.dll"}, "",
