@@ -1,7 +1,7 @@
 #!/bin/sh
 # Compares pictures a test saved with the golden pictures kept in the repository.
 #   compare_golden.sh SHOTS_DIR GOLDEN_DIR NAME...
-# SHOTS_DIR/NAME.bmp (or .png) must have the golden picture's size, and at most 1 % of its
+# SHOTS_DIR/NAME.png must have the golden picture's size, and at most 1 % of its
 # pixels may differ from GOLDEN_DIR/NAME.png by more than 10 % in a channel: font
 # rendering may move a few edge pixels between systems, nothing more.
 set -u
@@ -9,8 +9,7 @@ shots=$1 golden=$2
 shift 2
 status=0
 for name in "$@"; do
-  shot=$shots/$name.bmp
-  [ -f "$shot" ] || shot=$shots/$name.png
+  shot=$shots/$name.png
   if [ ! -f "$shot" ]; then echo "golden: $name: no picture was saved"; status=1; continue; fi
   want=$(identify -format '%wx%h' "$golden/$name.png")
   got=$(identify -format '%wx%h' "$shot")

@@ -4,6 +4,7 @@
 // whatever the file holds.
 #include "check_Report.h"
 #include "check_Skin.h"
+#include "product/tarn_SkinFiles.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,13 +15,6 @@
 
 namespace
 {
-const char* const kNames[] = {"product.bmp",  "product.rgn",  "active.tga",   "inactive.tga",
-                              "close.tga",    "minimize.tga", "ovrclose.tga", "ovrmin.tga",
-                              "selclose.tga", "selmin.tga",   "unselect.tga", "focused.tga",
-                              "pressed.tga"};
-
-// The data folder's name, in a fresh folder of its own. The checker joins names with a
-// backslash, as on Windows; here that makes "skin\\name" a file of the fresh folder.
 const std::string& DataDir()
 {
     static const std::string folder = []
@@ -35,7 +29,7 @@ const std::string& DataDir()
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     if (size == 0) return 0;
-    std::string path = CheckFileName(DataDir(), kNames[data[0] % (sizeof kNames / sizeof *kNames)]);
+    std::string path = CheckFileName(DataDir(), kTarnSkinFiles[data[0] % SkinFileCount].name);
     FILE* file = fopen(path.c_str(), "wb");
     if (!file) return 0;
     fwrite(data + 1, 1, size - 1, file);

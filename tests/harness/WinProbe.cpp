@@ -3,15 +3,13 @@
 // class ("CltWin:...") with the given text, or with TEXT "class=NAME" the window of that
 // class.
 //
-// Usage: WinProbe.exe TEXT COMMAND [FILE]
+// Usage: WinProbe.exe TEXT COMMAND [N]
 //   rect      prints "left top right bottom" of the window
 //   iconic    prints 1 when the window is minimised, else 0
 //   visible   prints 1 when the window is visible, else 0
 //   activate  another window becomes active, then this one (as a player who switches to
 //             another program and back through the task bar)
 //   region    prints "count left top right bottom" of the window's region, or "none"
-//   shot FILE writes the screen under the window's rectangle, as the system reads it back
-//             (through the palette on a display of 8 bits per pixel), as a 24-bit BMP
 //   close     asks the window to close as the taskbar's "Close window" does
 //   endsession
 //             prints the window's answer to "may the session end?", then tells it that it
@@ -50,42 +48,6 @@
 
 namespace
 {
-// The screen under the rectangle as a bottom-up 24-bit BMP file.
-bool SaveScreen(const RECT& r, const char* path)
-{
-    int width = r.right - r.left, height = r.bottom - r.top;
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 24;
-    void* bits = nullptr;
-    HDC screen = GetDC(nullptr);
-    HDC memory = CreateCompatibleDC(screen);
-    HBITMAP dib = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    HGDIOBJ old = SelectObject(memory, dib);
-    BitBlt(memory, 0, 0, width, height, screen, r.left, r.top, SRCCOPY);
-    GdiFlush();
-    DWORD rowBytes = (DWORD(width) * 3 + 3) & ~3u, imageBytes = rowBytes * DWORD(height);
-    BITMAPFILEHEADER file = {};
-    file.bfType = 0x4D42;
-    file.bfOffBits = sizeof file + sizeof info.bmiHeader;
-    file.bfSize = file.bfOffBits + imageBytes;
-    bool written = false;
-    if (FILE* f = fopen(path, "wb"))
-    {
-        written = fwrite(&file, sizeof file, 1, f) == 1 &&
-                  fwrite(&info.bmiHeader, sizeof info.bmiHeader, 1, f) == 1 &&
-                  fwrite(bits, imageBytes, 1, f) == 1;
-        fclose(f);
-    }
-    SelectObject(memory, old);
-    DeleteObject(dib);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    return written;
-}
 // 6 when the process has the common controls of version 6 loaded (from their
 // side-by-side assembly, as a manifest asks), 5 for the plain library, 0 for none. (Wine's
 // copies both carry the file version 5.81: the folder tells them apart.)
@@ -208,13 +170,13 @@ HANDLE OpenWindowProcess(HWND w)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3 && !(argc == 4 && (!strcmp(argv[2], "shot") || !strcmp(argv[2], "press") ||
-                                     !strcmp(argv[2], "dpi") || !strcmp(argv[2], "text"))))
+    if (argc != 3 && !(argc == 4 && (!strcmp(argv[2], "press") || !strcmp(argv[2], "dpi") ||
+                                     !strcmp(argv[2], "text"))))
     {
         fprintf(stderr,
                 "usage: WinProbe.exe TEXT "
                 "rect|iconic|visible|activate|region|close|endsession|resources|comctl|icons|"
-                "readers|tab|shot FILE|press N|dpi N|text N\n");
+                "readers|tab|press N|dpi N|text N\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
@@ -244,12 +206,6 @@ int main(int argc, char** argv)
         SetForegroundWindow(other);
         SetForegroundWindow(w);
         DestroyWindow(other);
-    }
-    else if (!strcmp(command, "shot"))
-    {
-        RECT r;
-        GetWindowRect(w, &r);
-        if (!SaveScreen(r, argv[3])) return 1;
     }
     else if (!strcmp(command, "region"))
     {

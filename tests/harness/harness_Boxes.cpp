@@ -59,15 +59,17 @@ BOOL CALLBACK CollectButton(HWND child, LPARAM param)
     return TRUE;
 }
 
+// The system icons a box may show: their resource, their name and their style bit.
 struct KnownIcon
 {
     LPCSTR id;
     const char* name;
+    UINT style;
 };
-const KnownIcon kKnownIcons[] = {{IDI_HAND, "hand"},
-                                 {IDI_QUESTION, "question"},
-                                 {IDI_EXCLAMATION, "exclamation"},
-                                 {IDI_ASTERISK, "asterisk"}};
+const KnownIcon kKnownIcons[] = {{IDI_HAND, "hand", MB_ICONHAND},
+                                 {IDI_QUESTION, "question", MB_ICONQUESTION},
+                                 {IDI_EXCLAMATION, "exclamation", MB_ICONEXCLAMATION},
+                                 {IDI_ASTERISK, "asterisk", MB_ICONASTERISK}};
 
 // The pixels (0x00RRGGBB) of a w x h drawing made by draw on a memory bitmap.
 template <typename Draw> std::vector<DWORD> Pixels(int w, int h, Draw draw)
@@ -182,16 +184,14 @@ struct BoxWatcher::State
     DWORD pid;
     std::vector<int> answers;
     std::function<void(const MessageBoxRecord&)> onBox;
-    bool closeWindows = false;
     std::atomic<bool> stop{false};
     std::thread thread;
 };
 
 BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
-                       std::function<void(const MessageBoxRecord&)> onBox, bool closeWindows)
+                       std::function<void(const MessageBoxRecord&)> onBox)
     : m_state(new State)
 {
-    m_state->closeWindows = closeWindows;
     m_state->pid = processId;
     m_state->answers = std::move(answers);
     m_state->onBox = std::move(onBox);
@@ -203,11 +203,8 @@ BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
             size_t next = 0;
             while (!st->stop)
             {
-                if (st->closeWindows)
-                {
-                    WindowSearch windows{st->pid, &closed};
-                    EnumWindows(CloseFrameworkWindow, reinterpret_cast<LPARAM>(&windows));
-                }
+                WindowSearch windows{st->pid, &closed};
+                EnumWindows(CloseFrameworkWindow, reinterpret_cast<LPARAM>(&windows));
                 HWND found = FindTopLevelWindow(
                     [&](HWND window)
                     {
@@ -273,10 +270,6 @@ UINT StyleOf(const MessageBoxRecord& box)
     static const std::vector<int> kTypes[] = {
         {IDOK},        {IDOK, IDCANCEL},   {IDABORT, IDRETRY, IDIGNORE}, {IDYES, IDNO, IDCANCEL},
         {IDYES, IDNO}, {IDRETRY, IDCANCEL}};
-    static const std::pair<const char*, UINT> kIcons[] = {{"hand", MB_ICONHAND},
-                                                          {"question", MB_ICONQUESTION},
-                                                          {"exclamation", MB_ICONEXCLAMATION},
-                                                          {"asterisk", MB_ICONASTERISK}};
     UINT style = 0xF; // no known button set
     for (UINT type = 0; type < 6; ++type)
     {
@@ -287,8 +280,8 @@ UINT StyleOf(const MessageBoxRecord& box)
         for (size_t i = 0; i < kTypes[type].size(); ++i)
             if (kTypes[type][i] == box.defaultButton) style |= UINT(i) << 8;
     }
-    for (const auto& [name, value] : kIcons)
-        if (box.icon == name) style |= value;
+    for (const KnownIcon& k : kKnownIcons)
+        if (box.icon == k.name) style |= k.style;
     return style;
 }
 

@@ -13,8 +13,7 @@ trace::DebuggeeResult RunProgram(const RunOptions& options)
                               {
                                   if (!options.leaveBoxesToUser)
                                       watcher = std::make_unique<BoxWatcher>(
-                                          processId, options.answers, options.onBox,
-                                          options.closeWindows);
+                                          processId, options.answers, options.onBox);
                               });
 }
 

@@ -29,14 +29,13 @@ struct MessageBoxRecord
     bool scripted = true;     // false when the script had no answer left
 };
 
-// A program run as a debuggee (its trace) whose message boxes are read and answered.
+// A program run as a debuggee (its trace) whose message boxes are read and answered, and
+// whose own windows (classes "CltWin:...") are asked to close once seen, so that a launcher
+// that opens its window ends like one closed by the user.
 struct RunOptions : trace::DebuggeeOptions
 {
     std::vector<int> answers;      // button ids, one per expected message box, in order
-    bool leaveBoxesToUser = false; // true: boxes are neither read nor clicked
-    // true: the program's own windows (classes "CltWin:...") are asked to close once seen,
-    // so that a launcher that opens its window ends like one closed by the user.
-    bool closeWindows = true;
+    bool leaveBoxesToUser = false; // true: neither boxes nor windows are touched
     // Called with each box as read, before its button is clicked (on the watcher thread).
     std::function<void(const MessageBoxRecord&)> onBox;
 };
@@ -45,12 +44,12 @@ trace::DebuggeeResult RunProgram(const RunOptions& options);
 
 // Watches another process on a thread of its own: each message box it shows is read and
 // its scripted button clicked; boxes beyond the script are closed with their last button
-// and marked unscripted.
+// and marked unscripted; its framework windows are asked to close once they show.
 class BoxWatcher
 {
   public:
     BoxWatcher(DWORD processId, std::vector<int> answers,
-               std::function<void(const MessageBoxRecord&)> onBox, bool closeWindows);
+               std::function<void(const MessageBoxRecord&)> onBox);
     ~BoxWatcher();
     BoxWatcher(const BoxWatcher&) = delete;
     BoxWatcher& operator=(const BoxWatcher&) = delete;

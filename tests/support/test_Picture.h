@@ -1,5 +1,5 @@
 // The readers' test picture (tests/images/make_test_images.py writes it and the files
-// made from it into CLT_TEST_IMAGES): reading the files and the reference picture.
+// made from it into CLT_TEST_IMAGES): the files, reading them and the reference picture.
 #pragma once
 
 #include <cstdint>
@@ -35,5 +35,33 @@ inline Picture ReadPam()
     sscanf(text.c_str(), "P7\nWIDTH %d\nHEIGHT %d", &p.w, &p.h);
     p.rgba.assign(pam.begin() + long(end + 7), pam.end());
     return p;
+}
+// A file made from the picture: its bits per pixel, the origin its header declares (the
+// values of CltOrigin: 1 top left, 2 top right, 3 bottom left, 4 bottom right), and
+// whether its pixel bytes follow the header packed.
+struct File
+{
+    std::string name;
+    uint32_t bits;
+    int32_t origin;
+    bool raw;
+};
+
+// Every file: BMP of 24 and 8 bits both ways up, then TGA of 24 and 32 bits, raw and
+// run-length, with each of the four origins.
+inline std::vector<File> Files()
+{
+    std::vector<File> files = {{"bmp24.bmp", 24, 3, false},
+                               {"bmp24_topdown.bmp", 24, 1, false},
+                               {"bmp8.bmp", 8, 3, false},
+                               {"bmp8_topdown.bmp", 8, 1, false}};
+    const char* origins[] = {"TopLeft", "TopRight", "BottomLeft", "BottomRight"};
+    for (uint32_t bits : {24u, 32u})
+        for (bool raw : {true, false})
+            for (int32_t o = 0; o < 4; ++o)
+                files.push_back(
+                    {"tga" + std::to_string(bits) + (raw ? "_raw_" : "_rle_") + origins[o] + ".tga",
+                     bits, o + 1, raw});
+    return files;
 }
 } // namespace test_picture

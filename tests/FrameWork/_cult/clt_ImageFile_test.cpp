@@ -1,8 +1,7 @@
 // The component registry, the choice of reader by extension, the readers on hand-made and
-// malformed data, ReadWholeFile and the region-data size check. Data comes from a memory
-// stream registered as a file-stream component, which also counts how streams are used.
+// malformed data, and ReadWholeFile. Data comes from a memory stream registered as a
+// file-stream component, which also counts how streams are used.
 #include "FrameWork/_cult/Source/clt_ImageFile.h"
-#include "FrameWork/_cult/Source/clt_RegionData.h"
 
 #include <gtest/gtest.h>
 

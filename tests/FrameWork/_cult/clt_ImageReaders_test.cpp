@@ -17,17 +17,10 @@
 namespace
 {
 using test_picture::Bytes;
+using test_picture::File;
 using test_picture::Picture;
 using test_picture::ReadFile;
 using test_picture::ReadPam;
-
-struct File
-{
-    const char* name;
-    uint32_t bits;
-    int32_t origin;
-    bool raw; // pixel bytes follow the header packed, so the stored rows can be compared
-};
 
 // Compares the decoded image with the picture; for 8-bit files through the file's palette.
 void ExpectPicture(const CltImage& image, const Picture& pic, const File& f, const Bytes& file)
@@ -50,35 +43,13 @@ void ExpectPicture(const CltImage& image, const Picture& pic, const File& f, con
         }
 }
 
-const File kFiles[] = {
-    {"bmp24.bmp", 24, OriginBottomLeft, false},
-    {"bmp24_topdown.bmp", 24, OriginTopLeft, false},
-    {"bmp8.bmp", 8, OriginBottomLeft, false},
-    {"bmp8_topdown.bmp", 8, OriginTopLeft, false},
-    {"tga24_raw_TopLeft.tga", 24, OriginTopLeft, true},
-    {"tga24_raw_TopRight.tga", 24, OriginTopRight, true},
-    {"tga24_raw_BottomLeft.tga", 24, OriginBottomLeft, true},
-    {"tga24_raw_BottomRight.tga", 24, OriginBottomRight, true},
-    {"tga24_rle_TopLeft.tga", 24, OriginTopLeft, false},
-    {"tga24_rle_TopRight.tga", 24, OriginTopRight, false},
-    {"tga24_rle_BottomLeft.tga", 24, OriginBottomLeft, false},
-    {"tga24_rle_BottomRight.tga", 24, OriginBottomRight, false},
-    {"tga32_raw_TopLeft.tga", 32, OriginTopLeft, true},
-    {"tga32_raw_TopRight.tga", 32, OriginTopRight, true},
-    {"tga32_raw_BottomLeft.tga", 32, OriginBottomLeft, true},
-    {"tga32_raw_BottomRight.tga", 32, OriginBottomRight, true},
-    {"tga32_rle_TopLeft.tga", 32, OriginTopLeft, false},
-    {"tga32_rle_TopRight.tga", 32, OriginTopRight, false},
-    {"tga32_rle_BottomLeft.tga", 32, OriginBottomLeft, false},
-    {"tga32_rle_BottomRight.tga", 32, OriginBottomRight, false},
-};
 } // namespace
 
 TEST(ImageReaders, MatchThePictureThatImageMagickWrote)
 {
     Picture pic = ReadPam();
     ASSERT_EQ(pic.rgba.size(), size_t(pic.w) * pic.h * 4) << "picture.pam missing";
-    for (const File& f : kFiles)
+    for (const File& f : test_picture::Files())
     {
         std::string path = std::string(CLT_TEST_IMAGES) + "/" + f.name;
         CltImage image;
@@ -96,7 +67,7 @@ TEST(ImageReaders, MatchThePictureThatImageMagickWrote)
 
 TEST(ImageReaders, RefuseEveryTruncationOfTheFiles)
 {
-    for (const File& f : kFiles)
+    for (const File& f : test_picture::Files())
     {
         Bytes file = ReadFile(f.name);
         ASSERT_FALSE(file.empty()) << f.name;
@@ -105,7 +76,7 @@ TEST(ImageReaders, RefuseEveryTruncationOfTheFiles)
         {
             CltImage image;
             memstream::Use(file.data(), cut);
-            ASSERT_FALSE(LoadImageFile(memstream::Id(), image, f.name))
+            ASSERT_FALSE(LoadImageFile(memstream::Id(), image, f.name.c_str()))
                 << f.name << " cut at " << cut;
             // Refused part-way or at once, the image is wholly empty.
             ASSERT_EQ(image.m_pData, nullptr) << f.name << " cut at " << cut;
@@ -117,6 +88,6 @@ TEST(ImageReaders, RefuseEveryTruncationOfTheFiles)
         }
         CltImage image;
         memstream::Use(file.data(), file.size());
-        EXPECT_TRUE(LoadImageFile(memstream::Id(), image, f.name)) << f.name;
+        EXPECT_TRUE(LoadImageFile(memstream::Id(), image, f.name.c_str())) << f.name;
     }
 }

@@ -204,23 +204,15 @@ TEST_F(PaintedTree, CaptionTitleStandsAt25And6)
     TextOutA(reference.Context(), 25, 6, title, int(strlen(title)));
     SelectObject(reference.Context(), old);
     GdiFlush();
-    int changed = 0, left = 500, top = 30;
+    int changed = 0; // the pixels the title covers: it was drawn
     for (int32_t y = 0; y < 40; ++y)
         for (int32_t x = 0; x < 500; ++x)
         {
             uint32_t expected = y < 30 ? Pixel(*reference.Image(), x, y) & 0xFFFFFF : kBackground;
             ASSERT_EQ(At(x, y), expected) << x << "," << y;
-            if (y < 30 && expected != (Pixel(*caption.Image(), x, y) & 0xFFFFFF))
-            {
-                ++changed;
-                left = std::min(left, x);
-                top = std::min(top, y);
-            }
+            changed += y < 30 && expected != (Pixel(*caption.Image(), x, y) & 0xFFFFFF);
         }
     EXPECT_GT(changed, 100);
-    EXPECT_GE(left, 25);
-    EXPECT_LE(left, 27); // the first glyph's side bearing
-    EXPECT_GE(top, 6);
 
     // An empty title draws the picture alone.
     bar->SetContent(caption, "", font);
@@ -310,31 +302,12 @@ TEST(SkinImages, ShowAsTheirFilesMeanThemWhateverTheStorageOrder)
 {
     test_picture::Picture pic = test_picture::ReadPam();
     ASSERT_EQ(pic.rgba.size(), size_t(pic.w) * pic.h * 4) << "picture.pam missing";
-    const char* files[] = {
-        "bmp24.bmp",
-        "bmp24_topdown.bmp",
-        "tga24_raw_TopLeft.tga",
-        "tga24_raw_TopRight.tga",
-        "tga24_raw_BottomLeft.tga",
-        "tga24_raw_BottomRight.tga",
-        "tga24_rle_TopLeft.tga",
-        "tga24_rle_TopRight.tga",
-        "tga24_rle_BottomLeft.tga",
-        "tga24_rle_BottomRight.tga",
-        "tga32_raw_TopLeft.tga",
-        "tga32_raw_TopRight.tga",
-        "tga32_raw_BottomLeft.tga",
-        "tga32_raw_BottomRight.tga",
-        "tga32_rle_TopLeft.tga",
-        "tga32_rle_TopRight.tga",
-        "tga32_rle_BottomLeft.tga",
-        "tga32_rle_BottomRight.tga",
-    };
-    for (const char* name : files)
+    for (const test_picture::File& file : test_picture::Files())
     {
-        SCOPED_TRACE(name);
+        if (file.bits == 8) continue; // skins are of 24 and 32 bits
+        SCOPED_TRACE(file.name);
         CltImageRef image;
-        ASSERT_TRUE(image.LoadFile((std::string(CLT_TEST_IMAGES) + "/" + name).c_str()));
+        ASSERT_TRUE(image.LoadFile((std::string(CLT_TEST_IMAGES) + "/" + file.name).c_str()));
         ASSERT_EQ(image.Width(), pic.w);
         ASSERT_EQ(image.Height(), pic.h);
         // What GDI shows: the image copied by BitBlt into a top-down section.
@@ -342,7 +315,7 @@ TEST(SkinImages, ShowAsTheirFilesMeanThemWhateverTheStorageOrder)
         ASSERT_TRUE(shown.Create(pic.w, pic.h, OriginTopLeft));
         BitBlt(shown.Context(), 0, 0, pic.w, pic.h, image.Context(), 0, 0, SRCCOPY);
         GdiFlush();
-        bool alpha = name[3] == '3';
+        bool alpha = file.bits == 32;
         for (int32_t y = 0; y < pic.h; ++y)
             for (int32_t x = 0; x < pic.w; ++x)
             {

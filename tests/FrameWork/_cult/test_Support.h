@@ -15,29 +15,19 @@ class CapturingSink final : public CltTraceSink
 {
   public:
     void Output(const char* text) override { texts.emplace_back(text); }
-    std::string Joined() const
-    {
-        std::string all;
-        for (const auto& t : texts)
-            all += t;
-        return all;
-    }
     std::vector<std::string> texts;
 };
 
 class TestScope
 {
   public:
-    explicit TestScope(bool withEnvironment = true)
+    TestScope()
     {
         CltState* s = clt_GetState();
         m_savedSink = s->m_pTraceSink;
         m_savedEnv = s->m_pEnv;
-        sink = std::make_unique<CapturingSink>();
-        if (withEnvironment)
-            env = std::make_unique<CltEnvironment>();
-        else
-            s->m_pEnv = nullptr;
+        sink = std::make_unique<CapturingSink>(); // each sink and environment installs itself
+        env = std::make_unique<CltEnvironment>();
     }
     ~TestScope()
     {

@@ -1,5 +1,4 @@
-// JoinPath and keyword values.
-#include "FrameWork/_cult/Source/clt_Keyword.h"
+// JoinPath. (The keyword values are read in the version box, which the walk reads whole.)
 #include "FrameWork/_lfx/Source/lfx_Path.h"
 
 #include <gtest/gtest.h>
@@ -25,24 +24,4 @@ TEST(LfxPath, JoinPathPutsExactlyOneBackslashAtTheSeam)
     };
     for (const Case& c : cases)
         EXPECT_STREQ(JoinPath(c.folder, c.name).c_str(), c.expected) << c.folder << " + " << c.name;
-    // The registry folder with Company missing: Software\B\1.0.
-    EXPECT_STREQ(JoinPath(JoinPath(JoinPath("Software", ""), "B"), "1.0").c_str(),
-                 "Software\\B\\1.0");
-}
-
-TEST(CltKeyword, ValueBetweenColonAndClosingDollar)
-{
-    struct Case
-    {
-        const char *text, *value;
-    } cases[] = {{"$Build: 3 $", "3"},
-                 {"$Revision: 24 $", "24"},
-                 {"$Modtime: 2/22/02 5:26p $", "2/22/02 5:26p"},
-                 {"no keyword", ""},
-                 {"$Broken: value", ""}};
-    for (const Case& c : cases)
-    {
-        CltString out("stale");
-        EXPECT_STREQ(clt_GetKeywordValue(out, c.text).c_str(), c.value) << c.text;
-    }
 }
