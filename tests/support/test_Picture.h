@@ -2,6 +2,8 @@
 // made from it into CLT_TEST_IMAGES): the files, reading them and the reference picture.
 #pragma once
 
+#include "FrameWork/_cult/Source/clt_Image.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -36,8 +38,7 @@ inline Picture ReadPam()
     p.rgba.assign(pam.begin() + long(end + 7), pam.end());
     return p;
 }
-// A file made from the picture: its bits per pixel, the origin its header declares (the
-// values of CltOrigin: 1 top left, 2 top right, 3 bottom left, 4 bottom right), and
+// A file made from the picture: its bits per pixel, the origin its header declares, and
 // whether its pixel bytes follow the header packed.
 struct File
 {
@@ -51,17 +52,17 @@ struct File
 // run-length, with each of the four origins.
 inline std::vector<File> Files()
 {
-    std::vector<File> files = {{"bmp24.bmp", 24, 3, false},
-                               {"bmp24_topdown.bmp", 24, 1, false},
-                               {"bmp8.bmp", 8, 3, false},
-                               {"bmp8_topdown.bmp", 8, 1, false}};
+    std::vector<File> files = {{"bmp24.bmp", 24, OriginBottomLeft, false},
+                               {"bmp24_topdown.bmp", 24, OriginTopLeft, false},
+                               {"bmp8.bmp", 8, OriginBottomLeft, false},
+                               {"bmp8_topdown.bmp", 8, OriginTopLeft, false}};
     const char* origins[] = {"TopLeft", "TopRight", "BottomLeft", "BottomRight"};
     for (uint32_t bits : {24u, 32u})
         for (bool raw : {true, false})
             for (int32_t o = 0; o < 4; ++o)
                 files.push_back(
                     {"tga" + std::to_string(bits) + (raw ? "_raw_" : "_rle_") + origins[o] + ".tga",
-                     bits, o + 1, raw});
+                     bits, OriginTopLeft + o, raw});
     return files;
 }
 } // namespace test_picture
