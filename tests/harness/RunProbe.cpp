@@ -20,10 +20,12 @@
 // owner's class or "none", and the button clicked ("-" when the answers had run out), separated
 // by tabs.
 #include "harness/wine_Harness.h"
+#include "tools/TraceRun/trace_Debuggee.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <string>
 
 namespace
@@ -43,8 +45,8 @@ std::string OneLine(const std::string& text)
 void PrintBox(const harness::MessageBoxRecord& record)
 {
     printf("box\t%s\t%s\tstyle=0x%x\towner=%s\t%s\n", record.title.c_str(),
-           OneLine(record.text).c_str(), harness::StyleOf(record),
-           record.owner.c_str(), record.scripted ? std::to_string(record.answer).c_str() : "-");
+           OneLine(record.text).c_str(), harness::StyleOf(record), record.owner.c_str(),
+           record.scripted ? std::to_string(record.answer).c_str() : "-");
     fflush(stdout);
 }
 
@@ -66,15 +68,18 @@ int AnswerBox(const char* title, int answer, DWORD timeout)
 
 int Run(int argc, char** argv)
 {
-    harness::RunOptions run;
+    trace::DebuggeeOptions run;
     run.timeoutMs = 60000;
+    harness::BoxScript script;
+    script.onBox = PrintBox; // as each box is answered: a restart may end this program too
+    bool leave = false;
     FILE* out = nullptr;
     const char* at = nullptr;
     int i = 0;
     for (; i < argc && argv[i][0] == '/'; ++i)
         if (strncmp(argv[i], "/answers:", 9) == 0)
             for (char* p = argv[i] + 9; *p; p += *p == ',')
-                run.answers.push_back(int(strtol(p, &p, 10)));
+                script.answers.push_back(int(strtol(p, &p, 10)));
         else if (strncmp(argv[i], "/cwd:", 5) == 0)
             run.workingFolder = argv[i] + 5;
         else if (strncmp(argv[i], "/out:", 5) == 0)
@@ -82,7 +87,7 @@ int Run(int argc, char** argv)
         else if (strncmp(argv[i], "/at:", 4) == 0)
             at = argv[i] + 4;
         else if (strcmp(argv[i], "/leave") == 0)
-            run.leaveBoxesToUser = true;
+            leave = true;
     if (i == argc) return 2;
     char full[MAX_PATH] = {};
     GetFullPathNameA(argv[i], MAX_PATH, full, nullptr);
@@ -98,8 +103,8 @@ int Run(int argc, char** argv)
         printf("at\t%d %d\n", window && IsWindowVisible(window), GetWindowRgn(window, shape));
         DeleteObject(shape);
     };
-    run.onBox = PrintBox; // as each box is answered: a restart may end this program too
-    trace::DebuggeeResult r = harness::RunProgram(run);
+    std::function<void(DWORD)> answer = [&](DWORD pid) { harness::AnswerBoxes(pid, script); };
+    trace::DebuggeeResult r = trace::RunDebuggee(run, leave ? nullptr : answer);
     if (out) fclose(out);
     for (const std::string& library : r.libraries)
         printf("library\t%s\n", library.c_str());

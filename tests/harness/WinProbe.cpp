@@ -48,30 +48,6 @@
 
 namespace
 {
-// 6 when the process has the common controls of version 6 loaded (from their
-// side-by-side assembly, as a manifest asks), 5 for the plain library, 0 for none. (Wine's
-// copies both carry the file version 5.81: the folder tells them apart.)
-unsigned long CommonControlsVersion(HANDLE process)
-{
-    HMODULE modules[512];
-    DWORD bytes = 0;
-    unsigned long version = 0;
-    if (process && EnumProcessModules(process, modules, sizeof modules, &bytes))
-        for (DWORD i = 0; i < bytes / sizeof(HMODULE) && i < 512; ++i)
-        {
-            char path[MAX_PATH] = {};
-            GetModuleFileNameExA(process, modules[i], path, MAX_PATH);
-            CharLowerA(path);
-            const char* name = strrchr(path, '\\');
-            if (!name || strcmp(name + 1, "comctl32.dll")) continue;
-            version =
-                strstr(path, "\\winsxs\\") && strstr(path, "common-controls_6595b64144ccf1df_6.")
-                    ? 6
-                    : std::max(version, 5ul);
-        }
-    return version;
-}
-
 // The object and child a screen reader would speak of. (The accessibility interface's id is
 // taken by value: in a statically linked program the import library's symbol is a thunk.)
 IAccessible* ClientObject(HWND w)
@@ -158,30 +134,21 @@ template <typename Act> void Listen(HWND w, Act act)
     for (const std::string& line : g_heard)
         printf("%s\n", line.c_str());
 }
-
-// The window's process, opened for reading its modules and counters (closed by the caller).
-HANDLE OpenWindowProcess(HWND w)
-{
-    DWORD pid = 0;
-    GetWindowThreadProcessId(w, &pid);
-    return OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
-}
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc != 3 && !(argc == 4 && (!strcmp(argv[2], "press") || !strcmp(argv[2], "dpi") ||
-                                     !strcmp(argv[2], "text"))))
+    if (argc < 3 || argc > 4)
     {
-        fprintf(stderr,
-                "usage: WinProbe.exe TEXT "
-                "rect|iconic|visible|activate|region|close|endsession|resources|comctl|icons|"
-                "readers|tab|press N|dpi N|text N\n");
+        fprintf(stderr, "usage: WinProbe.exe TEXT COMMAND [N]\n");
         return 2;
     }
     HWND w = harness::FindFrameworkWindow(argv[1]);
     if (!w) return 1;
-    const char* command = argv[2];
+    const char *command = argv[2], *n = argc > 3 ? argv[3] : "0";
+    DWORD pid = 0;
+    GetWindowThreadProcessId(w, &pid);
+    HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
     if (!strcmp(command, "rect"))
     {
         RECT r;
@@ -191,7 +158,7 @@ int main(int argc, char** argv)
     else if (!strcmp(command, "text"))
     {
         char text[4096] = {};
-        GetDlgItemTextA(w, atoi(argv[3]), text, sizeof text);
+        GetDlgItemTextA(w, atoi(n), text, sizeof text);
         _setmode(_fileno(stdout), _O_BINARY); // its line breaks as they are
         fputs(text, stdout);
     }
@@ -234,20 +201,29 @@ int main(int argc, char** argv)
     }
     else if (!strcmp(command, "resources"))
     {
-        HANDLE process = OpenWindowProcess(w);
         PROCESS_MEMORY_COUNTERS_EX memory = {};
         GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
                              sizeof memory);
         printf("%lu %lu %lu\n", GetGuiResources(process, GR_GDIOBJECTS),
                GetGuiResources(process, GR_USEROBJECTS),
                static_cast<unsigned long>(memory.PagefileUsage / 1024));
-        CloseHandle(process);
     }
     else if (!strcmp(command, "comctl"))
     {
-        HANDLE process = OpenWindowProcess(w);
-        printf("%lu\n", CommonControlsVersion(process));
-        if (process) CloseHandle(process);
+        // Wine's two copies both carry the file version 5.81: their folders tell them apart.
+        HMODULE modules[512];
+        DWORD bytes = 0, version = 0;
+        EnumProcessModules(process, modules, sizeof modules, &bytes);
+        for (DWORD i = 0; i < bytes / sizeof(HMODULE) && i < 512; ++i)
+        {
+            char path[MAX_PATH] = {};
+            GetModuleFileNameExA(process, modules[i], path, MAX_PATH);
+            CharLowerA(path);
+            if (strstr(path, "\\comctl32.dll"))
+                version = std::max<DWORD>(
+                    version, strstr(path, "common-controls_6595b64144ccf1df_6.") ? 6 : 5);
+        }
+        printf("%lu\n", version);
     }
     else if (!strcmp(command, "icons"))
         for (WPARAM kind : {ICON_BIG, ICON_SMALL, ICON_SMALL2})
@@ -267,20 +243,21 @@ int main(int argc, char** argv)
         long count = 0;
         object->get_accChildCount(&count);
         VARIANT child = {};
-        child.vt = VT_I4, child.lVal = argc == 4 ? atol(argv[3]) : 0;
-        if (argc == 4)
+        bool press = !strcmp(command, "press");
+        child.vt = VT_I4, child.lVal = atol(n);
+        if (press)
             Listen(w,
                    [&] {
                        printf("%s\n",
                               object->accDoDefaultAction(child) == S_OK ? "pressed" : "refused");
                    });
-        for (long id = 0; argc == 3 && id <= count; ++id)
+        for (long id = 0; !press && id <= count; ++id)
             printf("%s\n", Describe(object, id).c_str());
         object->Release();
     }
     else if (!strcmp(command, "dpi"))
     {
-        WORD dpi = WORD(atoi(argv[3]));
+        WORD dpi = WORD(atoi(n));
         SendMessageTimeoutA(w, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), 0, SMTO_ABORTIFHUNG, 5000,
                             nullptr);
     }

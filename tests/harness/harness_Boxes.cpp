@@ -3,11 +3,7 @@
 #include "harness/wine_Harness.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
-#include <memory>
-#include <set>
-#include <thread>
 
 namespace harness
 {
@@ -29,26 +25,6 @@ BOOL CALLBACK StopAtMatch(HWND window, LPARAM param)
     if (!(*search->first)(window)) return TRUE;
     search->second = window;
     return FALSE;
-}
-
-struct WindowSearch
-{
-    DWORD pid;
-    std::set<HWND>* closed;
-};
-
-// Asks each visible window of the framework's classes to close, once.
-BOOL CALLBACK CloseFrameworkWindow(HWND window, LPARAM param)
-{
-    auto* search = reinterpret_cast<WindowSearch*>(param);
-    DWORD pid = 0;
-    GetWindowThreadProcessId(window, &pid);
-    if (pid != search->pid || !IsWindowVisible(window) || search->closed->count(window))
-        return TRUE;
-    if (ClassOf(window).rfind("CltWin:", 0) != 0) return TRUE;
-    search->closed->insert(window);
-    PostMessageA(window, WM_CLOSE, 0, 0);
-    return TRUE;
 }
 
 BOOL CALLBACK CollectButton(HWND child, LPARAM param)
@@ -141,15 +117,6 @@ std::string IconOf(HWND box)
     return icon ? IconOnScreen(control) : "";
 }
 
-// The default push button carries BS_DEFPUSHBUTTON (Wine's boxes do not answer
-// DM_GETDEFID as dialogs do).
-int DefaultButton(const std::vector<std::pair<int, HWND>>& buttons)
-{
-    for (const auto& [id, window] : buttons)
-        if ((GetWindowLongA(window, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON) return id;
-    return 0;
-}
-
 } // namespace
 
 MessageBoxRecord ReadBox(HWND box)
@@ -163,9 +130,14 @@ MessageBoxRecord ReadBox(HWND box)
     std::vector<std::pair<int, HWND>> buttons;
     EnumChildWindows(box, CollectButton, reinterpret_cast<LPARAM>(&buttons));
     std::sort(buttons.begin(), buttons.end());
-    record.defaultButton = DefaultButton(buttons);
-    for (auto& button : buttons)
-        record.buttons.push_back(button.first);
+    for (const auto& [id, window] : buttons)
+    {
+        record.buttons.push_back(id);
+        // The default push button carries BS_DEFPUSHBUTTON (Wine's boxes do not answer
+        // DM_GETDEFID as dialogs do).
+        if ((GetWindowLongA(window, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON)
+            record.defaultButton = id;
+    }
     return record;
 }
 
@@ -179,66 +151,39 @@ void Click(HWND box, int id)
         PostMessageA(box, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), 0);
 }
 
-struct BoxWatcher::State
+void AnswerBoxes(DWORD processId, BoxScript& script)
 {
-    DWORD pid;
-    std::vector<int> answers;
-    std::function<void(const MessageBoxRecord&)> onBox;
-    std::atomic<bool> stop{false};
-    std::thread thread;
-};
-
-BoxWatcher::BoxWatcher(DWORD processId, std::vector<int> answers,
-                       std::function<void(const MessageBoxRecord&)> onBox)
-    : m_state(new State)
-{
-    m_state->pid = processId;
-    m_state->answers = std::move(answers);
-    m_state->onBox = std::move(onBox);
-    State* st = m_state;
-    st->thread = std::thread(
-        [st]
+    auto ours = [processId](HWND window)
+    {
+        DWORD pid = 0;
+        GetWindowThreadProcessId(window, &pid);
+        return pid == processId && IsWindowVisible(window);
+    };
+    FindTopLevelWindow(
+        [&](HWND window)
         {
-            std::set<HWND> seen, closed;
-            size_t next = 0;
-            while (!st->stop)
-            {
-                WindowSearch windows{st->pid, &closed};
-                EnumWindows(CloseFrameworkWindow, reinterpret_cast<LPARAM>(&windows));
-                HWND found = FindTopLevelWindow(
-                    [&](HWND window)
-                    {
-                        DWORD pid = 0;
-                        GetWindowThreadProcessId(window, &pid);
-                        // A dialog is shown once it has answered WM_INITDIALOG, where a
-                        // message box sets its text and keeps only its own buttons.
-                        return pid == st->pid && IsWindowVisible(window) &&
-                               ClassOf(window) == "#32770" && !seen.count(window);
-                    });
-                if (found)
-                {
-                    seen.insert(found);
-                    MessageBoxRecord record = ReadBox(found);
-                    if (next < st->answers.size())
-                        record.answer = st->answers[next++];
-                    else
-                    {
-                        record.scripted = false;
-                        record.answer = record.buttons.empty() ? IDCANCEL : record.buttons.back();
-                    }
-                    if (st->onBox) st->onBox(record);
-                    Click(found, record.answer);
-                }
-                Sleep(20);
-            }
+            if (ours(window) && ClassOf(window).rfind("CltWin:", 0) == 0 &&
+                script.closed.insert(window).second)
+                PostMessageA(window, WM_CLOSE, 0, 0);
+            return false; // every window
         });
-}
-
-BoxWatcher::~BoxWatcher()
-{
-    m_state->stop = true;
-    m_state->thread.join();
-    delete m_state;
+    // A dialog is shown once it has answered WM_INITDIALOG, where a message box sets its text
+    // and keeps only its own buttons.
+    HWND box = FindTopLevelWindow(
+        [&](HWND window)
+        { return ours(window) && ClassOf(window) == "#32770" && !script.seen.count(window); });
+    if (!box) return;
+    script.seen.insert(box);
+    MessageBoxRecord record = ReadBox(box);
+    if (script.next < script.answers.size())
+        record.answer = script.answers[script.next++];
+    else
+    {
+        record.scripted = false;
+        record.answer = record.buttons.empty() ? IDCANCEL : record.buttons.back();
+    }
+    if (script.onBox) script.onBox(record);
+    Click(box, record.answer);
 }
 
 HWND FindMessageBox(const char* title)

@@ -1,17 +1,11 @@
-// Harness of the probes that test drivers run under Wine: programs run as a user would
-// meet them, their message boxes read and answered from outside.
-//
-// RunProgram starts a program as a debuggee, so that every text it sends to
-// OutputDebugStringA arrives byte-exact and in order, waits for its end with a time-out,
-// and meanwhile finds each message box the program shows, reads its title, text and
-// buttons from outside and clicks the button the test scripted.
+// Harness of the probes that test drivers run under Wine: message boxes and windows of other
+// processes found, read and answered from outside, as a user would.
 #pragma once
 
 #include <windows.h>
 
-#include "tools/TraceRun/trace_Debuggee.h"
-
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,35 +23,21 @@ struct MessageBoxRecord
     bool scripted = true;     // false when the script had no answer left
 };
 
-// A program run as a debuggee (its trace) whose message boxes are read and answered, and
-// whose own windows (classes "CltWin:...") are asked to close once seen, so that a launcher
-// that opens its window ends like one closed by the user.
-struct RunOptions : trace::DebuggeeOptions
+// The script for one process's message boxes, worked through by AnswerBoxes.
+struct BoxScript
 {
-    std::vector<int> answers;      // button ids, one per expected message box, in order
-    bool leaveBoxesToUser = false; // true: neither boxes nor windows are touched
-    // Called with each box as read, before its button is clicked (on the watcher thread).
+    std::vector<int> answers; // button ids, one per expected message box, in order
+    // Called with each box as read, before its button is clicked.
     std::function<void(const MessageBoxRecord&)> onBox;
+    size_t next = 0;
+    std::set<HWND> seen, closed;
 };
 
-trace::DebuggeeResult RunProgram(const RunOptions& options);
-
-// Watches another process on a thread of its own: each message box it shows is read and
-// its scripted button clicked; boxes beyond the script are closed with their last button
-// and marked unscripted; its framework windows are asked to close once they show.
-class BoxWatcher
-{
-  public:
-    BoxWatcher(DWORD processId, std::vector<int> answers,
-               std::function<void(const MessageBoxRecord&)> onBox);
-    ~BoxWatcher();
-    BoxWatcher(const BoxWatcher&) = delete;
-    BoxWatcher& operator=(const BoxWatcher&) = delete;
-
-  private:
-    struct State;
-    State* m_state;
-};
+// Called again and again while the process runs: its framework windows (classes
+// "CltWin:...") are asked to close once they show, so that a launcher that opens its window
+// ends like one closed by the user; a new message box is read and its scripted button
+// clicked (a box beyond the script gets its last button and is marked unscripted).
+void AnswerBoxes(DWORD processId, BoxScript& script);
 
 // The MessageBox style a box shows: its buttons, icon and default button (all but
 // MB_TASKMODAL, which a program without other windows does not show). 0xF in the low bits

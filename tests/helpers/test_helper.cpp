@@ -61,13 +61,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
     {
         std::vector<HANDLE> held;
         std::string names = args + 6;
-        for (size_t start = 0; start <= names.size();)
-        {
-            size_t comma = names.find(',', start);
-            if (comma == std::string::npos) comma = names.size();
-            held.push_back(CreateMutexA(nullptr, TRUE, names.substr(start, comma - start).c_str()));
-            start = comma + 1;
-        }
+        for (char* name = strtok(names.data(), ","); name; name = strtok(nullptr, ","))
+            held.push_back(CreateMutexA(nullptr, TRUE, name));
         Hold(self);
         for (HANDLE h : held)
             CloseHandle(h);

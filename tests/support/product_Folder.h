@@ -1,7 +1,6 @@
 // What the tests that run in a launcher's process under Wine lay out: scratch folders and
 // whole files, registry values under HKEY_LOCAL_MACHINE, and product folders as a publisher
-// ships them (the launcher, and a data folder with setup.ini and the setup library), with a
-// setup.ini whose registry key and mutex names are unique to the test.
+// ships them (the launcher, and a data folder with setup.ini and the setup library).
 #pragma once
 
 #include <windows.h>
@@ -32,8 +31,8 @@ inline std::string TestRoot()
 {
     char path[MAX_PATH] = {};
     GetModuleFileNameA(nullptr, path, MAX_PATH);
-    fs::path root = fs::weakly_canonical(fs::path(ExeFolder()) / ".." / "test-data" /
-                                         fs::path(path).stem());
+    fs::path root =
+        fs::weakly_canonical(fs::path(ExeFolder()) / ".." / "test-data" / fs::path(path).stem());
     fs::create_directories(root);
     return root.string();
 }
@@ -80,72 +79,31 @@ inline void DeleteRegTree(const std::string& key)
     RegDeleteTreeA(HKEY_LOCAL_MACHINE, key.c_str());
 }
 
-// The tests' setup.ini (tests/support/setup.ini, CLT_TEST_SETUP_INI) with its tag;
-// 'tag' makes the registry key and the mutexes unique.
-class Ini
+// A key of setup.ini to set, or to remove (value null).
+struct IniValue
 {
-  public:
-    explicit Ini(const std::string& tag)
-    {
-        std::ifstream in(CLT_TEST_SETUP_INI);
-        std::string section;
-        for (std::string line; std::getline(in, line);)
-            if (line.rfind("[", 0) == 0)
-                section = line.substr(1, line.find(']') - 1);
-            else if (size_t eq = line.find('='); eq != std::string::npos && line[0] != ';')
-            {
-                std::string value = line.substr(eq + 1);
-                if (size_t at = value.find("@TAG@"); at != std::string::npos)
-                    value.replace(at, 5, tag);
-                m_entries.push_back({section, line.substr(0, eq), value});
-            }
-    }
-    // Sets a key, or removes it when the value is null.
-    Ini& Set(const std::string& section, const std::string& key, const char* value)
-    {
-        auto at = m_entries.end(); // a new key goes after the last of its section
-        for (auto e = m_entries.begin(); e != m_entries.end(); ++e)
-            if (e->section == section && e->key == key)
-            {
-                if (!value) return m_entries.erase(e), *this;
-                return e->value = value, *this;
-            }
-            else if (e->section == section)
-                at = e + 1;
-        if (value) m_entries.insert(at, {section, key, value});
-        return *this;
-    }
-    std::string Text() const
-    {
-        std::string text, section;
-        for (const Entry& e : m_entries)
-        {
-            if (e.section != section) text += "[" + (section = e.section) + "]\r\n";
-            text += e.key + "=" + e.value + "\r\n";
-        }
-        return text;
-    }
-    std::string RegistryKey() const
-    {
-        std::string key = "Software";
-        for (const Entry& e : m_entries)
-            if (e.section == "Registry") key += "\\" + e.value;
-        return key;
-    }
-
-  private:
-    struct Entry
-    {
-        std::string section, key, value;
-    };
-    std::vector<Entry> m_entries;
+    const char *section, *key, *value;
 };
 
-// Lays out folder\Launcher.exe and folder\Install\ with setup.ini and the test build of the
-// setup library.
-inline void MakeProduct(const std::string& folder, const Ini& ini)
+// Lays out folder\Launcher.exe and folder\Install\ with the test build of the setup library and
+// the tests' setup.ini (tests/support/setup.ini, CLT_TEST_SETUP_INI) with its tag, which makes
+// the registry key and the mutexes unique, and the values changed by the system's profile
+// writer.
+inline void MakeProduct(const std::string& folder, const std::string& tag,
+                        const std::vector<IniValue>& values = {})
 {
     CopyInto(Join(ExeFolder(), "Launcher.exe"), folder);
     CopyInto(Join(ExeFolder(), "VokSetup.dll"), Join(folder, "Install"));
-    WriteTextFile(Join(folder, "Install\\setup.ini"), ini.Text());
+    std::string ini = ReadTextFile(CLT_TEST_SETUP_INI), path = Join(folder, "Install\\setup.ini");
+    for (size_t at; (at = ini.find("@TAG@")) != std::string::npos;)
+        ini.replace(at, 5, tag);
+    WriteTextFile(path, ini);
+    for (const IniValue& v : values)
+        WritePrivateProfileStringA(v.section, v.key, v.value, path.c_str());
+}
+
+// The registry key that the tests' setup.ini names with this tag.
+inline std::string ProductKey(const std::string& tag)
+{
+    return "Software\\Launcher Tests\\" + tag + "\\1.0";
 }

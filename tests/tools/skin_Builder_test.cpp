@@ -10,6 +10,8 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -120,11 +122,9 @@ TEST(SkinBuilder, TheLaunchersReadersGiveBackTheArt)
     EXPECT_EQ(bgr(title, 0, 1), 0xFF00FFu); // the key the launcher reads
     EXPECT_EQ(bgr(title, 10, 10), 0x102030u);
 
-    std::vector<uint8_t> region(fs::file_size(f.skin / "product.rgn"));
-    FILE* in = fopen((f.skin / "product.rgn").string().c_str(), "rb");
-    ASSERT_TRUE(in);
-    ASSERT_EQ(fread(region.data(), 1, region.size(), in), region.size());
-    fclose(in);
+    std::ifstream in(f.skin / "product.rgn", std::ios::binary);
+    std::vector<uint8_t> region{std::istreambuf_iterator<char>(in), {}};
+    ASSERT_GE(region.size(), 32u);
     EXPECT_EQ(region.size(), 32u + 16u * Word(region, 8));
     EXPECT_EQ(std::vector<uint32_t>(
                   {Word(region, 16), Word(region, 20), Word(region, 24), Word(region, 28)}),
@@ -161,9 +161,7 @@ TEST(SkinBuilder, FaultyArtIsNamedAndNothingIsWritten)
         {"not a picture",
          [](const Folders& f)
          {
-             FILE* out = fopen((f.art / "inactive.png").string().c_str(), "wb");
-             fputs("not a picture", out);
-             fclose(out);
+             std::ofstream(f.art / "inactive.png", std::ios::binary) << "not a picture";
              fs::remove(f.art / "inactive.tga");
          },
          "inactive.png: not a readable PNG, TGA or BMP picture"},

@@ -113,14 +113,13 @@ std::string DebuggeeResult::JoinedTrace() const
 }
 
 DebuggeeResult RunDebuggee(const DebuggeeOptions& options,
-                           const std::function<void(DWORD processId)>& onStarted)
+                           const std::function<void(DWORD processId)>& onWaiting)
 {
     DebugSession session;
     session.options = options;
     session.ready = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     std::thread debugger(DebugLoop, &session);
     WaitForSingleObject(session.ready, INFINITE);
-    if (session.pid && onStarted) onStarted(session.pid);
     DWORD start = GetTickCount();
     while (!session.done)
     {
@@ -130,6 +129,7 @@ DebuggeeResult RunDebuggee(const DebuggeeOptions& options,
             session.result.timedOut = true;
             TerminateProcess(session.process, 0xDEAD);
         }
+        if (onWaiting) onWaiting(session.pid);
         Sleep(20);
     }
     debugger.join();

@@ -33,8 +33,8 @@ struct DebuggeeResult
     std::string JoinedTrace() const;
 };
 
-// Runs the program to its end. onStarted is called on the caller's thread once the process
-// exists, before its end is awaited.
+// Runs the program to its end. While it runs, onWaiting is called on the caller's thread
+// every 20 ms or so with the program's process id.
 DebuggeeResult RunDebuggee(const DebuggeeOptions& options,
-                           const std::function<void(DWORD processId)>& onStarted = nullptr);
+                           const std::function<void(DWORD processId)>& onWaiting = nullptr);
 } // namespace trace

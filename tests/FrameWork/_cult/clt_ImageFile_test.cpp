@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include "support/memory_Stream.h"
@@ -143,6 +142,8 @@ TEST(TgaReader, DecodesRunLengthPacketsAcrossRows)
     }
 }
 
+// Headers and packets that no reader may take. (Files cut short anywhere are the truncation
+// test's, on the files ImageMagick wrote.)
 TEST(ImageReaders, RefuseMalformedFilesCleanly)
 {
     const Bytes pixel3 = {1, 2, 3};
@@ -159,14 +160,10 @@ TEST(ImageReaders, RefuseMalformedFilesCleanly)
         {"8-bit TGA", "a.tga", TgaHeader(2, 1, 1, 8, 0) + pixel3},
         {"huge raw TGA", "a.tga", TgaHeader(2, 65535, 65535, 32, 0) + Bytes(100, 0)},
         {"huge RLE TGA", "a.tga", TgaHeader(10, 65535, 65535, 32, 0) + Bytes{0xFF, 1, 2, 3, 4}},
-        {"RLE data ends", "a.tga", TgaHeader(10, 2, 2, 24, 0) + Bytes{0x82} + pixel3},
         {"run of 128 past the image", "a.tga",
          TgaHeader(10, 3, 2, 24, 0) + Bytes{0x81} + pixel3 + Bytes{0xFF} + pixel3},
         {"raw past the image", "a.tga",
          TgaHeader(10, 3, 2, 24, 0) + Bytes{0x84} + pixel3 + Bytes{0x01} + pixel3 + pixel3},
-        {"RLE raw packet short", "a.tga",
-         TgaHeader(10, 4, 1, 24, 0) + Bytes{0x03} + pixel3 + pixel3 + pixel3},
-        {"short header TGA", "a.tga", Bytes(17, 0)},
         {"TGA without pixels", "a.tga", TgaHeader(2, 0, 7, 24, 0) + pixel3},
         {"BMP without rows", "a.bmp", BmpHeader(4, 0, 24) + Bytes(16, 0)},
         {"BMP without columns", "a.bmp", BmpHeader(0, -1000000, 24) + Bytes(16, 0)},
@@ -179,7 +176,6 @@ TEST(ImageReaders, RefuseMalformedFilesCleanly)
         {"negative width", "a.bmp", BmpHeader(-4, 1, 24) + Bytes(64, 0)},
         {"height -2^31", "a.bmp", BmpHeader(1, INT32_MIN, 24) + Bytes(64, 0)},
         {"rows overflow 32 bits", "a.bmp", BmpHeader(0x7FFFFFFF, 0x7FFFFFFF, 24) + Bytes(64, 0)},
-        {"last row short", "a.bmp", BmpHeader(2, 2, 24) + Bytes(8 + 6, 0)},
     };
     for (const Case& c : cases)
     {
@@ -188,10 +184,6 @@ TEST(ImageReaders, RefuseMalformedFilesCleanly)
         EXPECT_LE(image.m_nSize, 64u) << c.what << ": allocated beyond what the file holds";
         ExpectStreamDiscipline(c.what);
     }
-    // A refused file may leave a made image partly filled, never overrun it.
-    CltImage image;
-    EXPECT_FALSE(Load(TgaHeader(10, 2, 2, 24, 0) + Bytes{0x81} + pixel3 + Bytes{0x01, 1}, image));
-    ExpectStreamDiscipline("RLE ends within a packet");
 }
 
 TEST(ReadWholeFile, ReturnsTheBytesAndTwoZeros)

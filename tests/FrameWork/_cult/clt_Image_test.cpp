@@ -36,26 +36,11 @@ TEST(CltPixelFormat, DecodesAndEncodesThroughTheChannelRecords)
     }
 }
 
-TEST(CltImage, ConvertToKeepsRowsAndFollowsTheChannelRules)
+// Indexed to 32 bits: red = index, the rest 0 (a skin picture with a palette shows in wrong
+// colours). Grey: R = G = B, alpha 0. (24 bits to 32, rows and origin kept, is every skin
+// picture's: the skin images' test under Wine compares each pixel.)
+TEST(CltImage, ConvertToFollowsTheChannelRules)
 {
-    CltImage image;
-    ASSERT_TRUE(image.Create(g_pfRgb24, 3, 2, OriginBottomLeft)); // pitch 10
-    const uint8_t rows[2][9] = {{1, 2, 3, 4, 5, 6, 7, 8, 9}, {10, 11, 12, 13, 14, 15, 16, 17, 18}};
-    memcpy(image.m_pData, rows[0], 9);
-    memcpy(image.m_pData + 10, rows[1], 9);
-
-    uint8_t* before = image.m_pData;
-    EXPECT_TRUE(image.ConvertTo(g_pfRgb24));
-    EXPECT_EQ(image.m_pData, before);
-
-    ASSERT_TRUE(image.ConvertTo(g_pfArgb32));
-    EXPECT_EQ(image.m_nPitch, 12);
-    EXPECT_EQ(image.m_nOrigin, OriginBottomLeft);
-    const uint8_t expected[24] = {1,  2,  3,  0, 4,  5,  6,  0, 7,  8,  9,  0,
-                                  10, 11, 12, 0, 13, 14, 15, 0, 16, 17, 18, 0};
-    EXPECT_EQ(memcmp(image.m_pData, expected, 24), 0);
-
-    // Indexed to 32 bits: red = index, the rest 0. Grey: R = G = B, alpha 0.
     CltImage indexed, grey;
     ASSERT_TRUE(indexed.Create(g_pfIndexed8, 2, 1, OriginTopLeft));
     ASSERT_TRUE(grey.Create(g_pfGrey8, 2, 1, OriginTopLeft));

@@ -7,10 +7,7 @@
 
 #include <string>
 
-namespace
-{
-const char kKey[] = "Software\\LauncherTests\\System";
-}
+static const char kKey[] = "Software\\LauncherTests\\System";
 
 TEST(CltSystem, RegistryReadsFitTheirBuffersAndLeaveTheOutputOnFailure)
 {

@@ -16,12 +16,18 @@
 #include "FrameWork/_cult/Source/clt_TextButton.h"
 #include "FrameWork/_cult/Source/clt_Window.h"
 #include "FrameWork/_cult/Source/clt_WindowRoot.h"
-#include "support/widget_Font.h"
 #include "support/test_Picture.h"
 
 namespace
 {
 const uint32_t V = CltWidgetVisible, F = CltWidgetFocusable;
+
+// A font as the launcher's window makes its caption and button fonts.
+HFONT MakeWidgetFont(const char* face, int height)
+{
+    return CreateFontA(height, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0,
+                       ANTIALIASED_QUALITY, 0, face);
+}
 
 HINSTANCE Instance()
 {
@@ -233,10 +239,6 @@ class TreeWindow : public CltWindow
     CltWindowRoot* root = nullptr;
 };
 
-} // namespace
-
-namespace
-{
 class TickCounter : public CltWidget
 {
   public:
@@ -290,12 +292,9 @@ TEST(CltWindowRoot, TicksEveryFiftyMillisecondsWhileAsked)
     window.root = nullptr;
     DestroyWindow(window.Handle());
 }
-} // namespace
 
 // ---- skin images -----------------------------------------------------------------------
 
-namespace
-{
 // Skin files as the window loads them (through the readers into a 32-bit DIB section),
 // and as GDI then shows them: every pixel as in the picture the files were made from.
 TEST(SkinImages, ShowAsTheirFilesMeanThemWhateverTheStorageOrder)

@@ -13,14 +13,6 @@ namespace
 {
 std::vector<std::string> g_log;
 
-std::string Joined()
-{
-    std::string all;
-    for (const std::string& s : g_log)
-        all += (all.empty() ? "" : " ") + s;
-    return all;
-}
-
 // Records every system call the tree makes and every command that reaches the root.
 class TestRoot : public CltRootWidget
 {
@@ -138,11 +130,14 @@ class WidgetTree : public ::testing::Test
     {
         root.HandleMessage(message, w, At(x, y));
     }
+    // What was logged since the last call, in one line.
     std::string Take()
     {
-        std::string s = Joined();
+        std::string all;
+        for (const std::string& s : g_log)
+            all += (all.empty() ? "" : " ") + s;
         g_log.clear();
-        return s;
+        return all;
     }
     TestRoot root;
 };

@@ -64,16 +64,16 @@ struct RecordingLauncher : LfxLauncher
 RecordingLauncher g_launcher;
 
 // Sets the launcher up as PreInitializeLauncher and DetermineLauncherState leave it for a
-// product in folder 'root' with the given setup.ini.
-void Prepare(const std::string& root, const Ini& ini, const std::string& testSettings = "")
+// product tagged 'tag' in folder 'root' with the given setup.ini values and test settings.
+void Prepare(const std::string& root, const char* tag, const std::vector<IniValue>& values,
+             const std::string& testSettings = "")
 {
     ReleaseSetup();
     FreeLibrary(GetModuleHandleA(Join(root, "Install\\VokSetup.dll").c_str()));
     RemoveTree(root);
-    MakeProduct(root, ini);
-    if (!testSettings.empty())
-        WriteTextFile(Join(root, "Install\\setup.ini"),
-                      ini.Text() + "[VokSetupTest]\r\n" + testSettings);
+    MakeProduct(root, tag, values);
+    std::string ini = Join(root, "Install\\setup.ini");
+    WriteTextFile(ini, ReadTextFile(ini) + "[VokSetupTest]\r\n" + testSettings);
     g_Env.Set("DEBUG", root.c_str(), false);
     g_LfxMain.m_pLauncher = &g_launcher;
     g_LfxMain.m_nDisks = 0;
@@ -84,11 +84,6 @@ void Prepare(const std::string& root, const Ini& ini, const std::string& testSet
     g_pfnLfxExitWindowsEx = FakeExitWindows;
     g_restarts = 0;
     g_launcher.destroyed = 0;
-}
-
-std::string Text(uint16_t number)
-{
-    return g_LfxMain.GetSetupString(number).c_str();
 }
 } // namespace
 
@@ -118,7 +113,7 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
     {
         SCOPED_TRACE(std::string(c.ram ? c.ram : "-") + "/" + (c.buffer ? c.buffer : "-") + " " +
                      std::to_string(c.totalPhys));
-        Prepare(root, Ini("Memory").Set("SysCheck", "RAM", c.ram).Set("Buffer", "Product", c.buffer));
+        Prepare(root, "Memory", {{"SysCheck", "RAM", c.ram}, {"Buffer", "Product", c.buffer}});
         g_memory = {};
         g_memory.dwTotalPhys = c.totalPhys;
         g_memory.dwAvailPageFile = c.availPage;
@@ -128,7 +123,8 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
         for (size_t i = 0; i < c.asked.size(); ++i)
         {
             EXPECT_EQ(boxes.Shown()[i].caption, "Tarn");
-            EXPECT_EQ(boxes.Shown()[i].text, Text(c.asked[i]));
+            EXPECT_STREQ(boxes.Shown()[i].text.c_str(),
+                         g_LfxMain.GetSetupString(c.asked[i]).c_str());
             EXPECT_EQ(boxes.Shown()[i].style, UINT(MB_YESNO | MB_ICONINFORMATION));
         }
     }
@@ -138,7 +134,7 @@ TEST(LfxChecks, MemoryThresholdsInUnsignedArithmetic)
 TEST(LfxActions, TheInstallerStartsOnlyWhenTheProductLauncherAgrees)
 {
     std::string root = Join(TestRoot(), "actions");
-    Prepare(root, Ini("Actions").Set("Startup", "AppType", "Demo")); // no media check
+    Prepare(root, "Actions", {{"Startup", "AppType", "Demo"}}); // no media check
     std::string data = Join(root, "Install");
     CopyInto(Join(ExeFolder(), "test_helper.exe"), data, "TarnSetup.exe");
     g_launcher.canInstall = 0;
@@ -157,18 +153,17 @@ TEST(LfxActions, TheInstallerStartsOnlyWhenTheProductLauncherAgrees)
 TEST(LfxActions, UninstallStringWithSwitchesStartsNothing)
 {
     std::string root = Join(TestRoot(), "uninstall");
-    Ini ini("Uninstall");
-    Prepare(root, ini);
+    Prepare(root, "Uninstall", {});
     std::string folder = Join(root, "Program Files");
     std::string uninstaller = Join(folder, "uninst.exe");
     CopyInto(Join(ExeFolder(), "test_helper.exe"), folder, "uninst.exe");
-    SetReg(ini.RegistryKey(), "UninstallString", uninstaller + " /S");
+    SetReg(ProductKey("Uninstall"), "UninstallString", uninstaller + " /S");
     ScriptedBoxes boxes({IDOK});
     EXPECT_EQ(g_LfxMain.RunUninstaller(), 0);
     EXPECT_EQ(g_launcher.destroyed, 0);
     EXPECT_TRUE(boxes.Shown().empty());
     EXPECT_EQ(ReadTextFile(uninstaller + ".log"), "");
-    DeleteRegTree(ini.RegistryKey());
+    DeleteRegTree(ProductKey("Uninstall"));
 }
 
 // A check that says no stops the launch: the game is not started. A restart for DirectX
@@ -196,7 +191,7 @@ TEST(LfxActions, LaunchStopsWhenACheckSaysNo)
     for (const auto& c : cases)
     {
         SCOPED_TRACE(c.name);
-        Prepare(root, Ini("Launch").Set("SysCheck", "RAM", c.ram), c.settings);
+        Prepare(root, "Launch", {{"SysCheck", "RAM", c.ram}}, c.settings);
         fs::create_directories(Join(root, "DirectX"));
         DisableShutdownPrivilege(); // the restart must ask for it
         g_memory = {};

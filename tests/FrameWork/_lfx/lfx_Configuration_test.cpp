@@ -42,14 +42,15 @@ TEST(LfxConfiguration, SettingsFromSetupIniAndRegistry)
     for (const Case& c : cases)
     {
         SCOPED_TRACE(c.name);
-        Ini ini("Config");
+        std::vector<IniValue> values;
         for (const auto& [key, value] : c.startup)
-            ini.Set("Startup", key, value == "-" ? nullptr : value.c_str());
-        if (!c.withCompany) ini.Set("Registry", "Company", nullptr);
+            values.push_back({"Startup", key.c_str(), value == "-" ? nullptr : value.c_str()});
+        if (!c.withCompany) values.push_back({"Registry", "Company", nullptr});
         RemoveTree(root);
-        MakeProduct(root, ini);
-        DeleteRegTree(ini.RegistryKey());
-        if (c.installed >= 0) SetReg(ini.RegistryKey(), "Installed", DWORD(c.installed));
+        MakeProduct(root, "Config", values);
+        std::string key = ProductKey("Config");
+        DeleteRegTree(key);
+        if (c.installed >= 0) SetReg(key, "Installed", DWORD(c.installed));
 
         g_LfxMain.m_nDisks = g_LfxMain.m_bRetail = g_LfxMain.m_bInstallDX = 0;
         g_LfxMain.m_dwInstalled = 0;
@@ -72,7 +73,7 @@ TEST(LfxConfiguration, SettingsFromSetupIniAndRegistry)
             EXPECT_STREQ(g_Env["DataDir"].c_str(), (root + "\\Install").c_str());
         }
         ReleaseSetup();
-        DeleteRegTree(ini.RegistryKey());
+        DeleteRegTree(key);
     }
 }
 
@@ -81,10 +82,9 @@ TEST(LfxConfiguration, ReadersOfSetupIniAndTheSetupObject)
     std::string root = Join(TestRoot(), "readers");
     RemoveTree(root);
     std::string longValue(300, 'L');
-    MakeProduct(root, Ini("Readers")
-                          .Set("Extra", "Long", longValue.c_str())
-                          .Set("Extra", "Empty", "")
-                          .Set("Extra", "Number", "-42"));
+    MakeProduct(
+        root, "Readers",
+        {{"Extra", "Long", longValue.c_str()}, {"Extra", "Empty", ""}, {"Extra", "Number", "-42"}});
     g_Env.Set("DEBUG", root.c_str(), false);
     ASSERT_EQ(g_LfxMain.PreInitializeLauncher(), 1);
 

@@ -14,10 +14,7 @@ namespace
 class ListPage : public LfxButtonPage
 {
   public:
-    explicit ListPage(std::vector<uint32_t> list) : m_list(std::move(list))
-    {
-        m_list.push_back(0);
-    }
+    explicit ListPage(std::vector<uint32_t> list) : m_list(std::move(list)) { m_list.push_back(0); }
     CltString GetName() override { return "TEST"; }
     void ShowTitle() override {}
     const uint32_t* GetButtonList() override { return m_list.data(); }
@@ -55,10 +52,7 @@ std::vector<uint32_t> Entries(int n)
         list.push_back(0x1000 + uint32_t(i));
     return list;
 }
-} // namespace
 
-namespace
-{
 void FocusId(Surface& s, uint32_t id)
 {
     for (CltWidget* w = s.surface.panel->FirstChild(); w; w = w->NextSibling())
